@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: MIT
+# Copyright (c) the Dipscope developers
+JOBS := $(shell nproc 2>/dev/null || echo 2)
+RELEASE := build/release
+ASAN := build/asan
+
+.PHONY: run test deps build build-asan bench docs clean
+
+deps:
+	@sh tools/install-deps.sh
+
+build: deps
+	cmake -S . -B $(RELEASE) -DCMAKE_BUILD_TYPE=Release
+	cmake --build $(RELEASE) -j $(JOBS)
+
+build-asan: deps
+	cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=Debug -DDIPSCOPE_SANITIZE=ON
+	cmake --build $(ASAN) -j $(JOBS)
+
+run: build
+	@sh tools/run.sh $(RELEASE)
+
+# Every test in the Release build, then the whole suite again under AddressSanitizer and
+# UndefinedBehaviorSanitizer.
+test: build build-asan
+	cd $(RELEASE) && ctest --output-on-failure -j $(JOBS)
+	cd $(ASAN) && ctest --output-on-failure -j $(JOBS)
+
+bench: build
+	@for b in $(RELEASE)/bench/bench_*; do [ -x "$$b" ] && QT_QPA_PLATFORM=offscreen "$$b"; done; true
+
+docs: build
+	QT_QPA_PLATFORM=offscreen $(RELEASE)/tools/dipscope-screenshot docs/main-window.png
+
+clean:
+	rm -rf build

@@ -1,0 +1,341 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "app/Measure.h"
+
+#include "app/Replay.h"
+#include "mainwindow/Means.h"
+#include "mainwindow/StartUp.h"
+#include "runtime/MsgBox.h"
+#include "runtime/RuntimeError.h"
+#include "runtime/Text.h"
+#include "session/LoadDataFile.h"
+#include "session/MainForm.h"
+#include "session/Procedures.h"
+#include "session/Session.h"
+
+#include <QFileInfo>
+
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace dip {
+
+namespace {
+
+const char* const usageText =
+    "usage: dipscope-measure FILE [--inverted] [--delete I,J,...] [--json]\n"
+    "         [--parabola T1,T2] [--fold T] [--chords T1,T2,T3,T4]\n"
+    "         [--kwee T1,T2 [--stepp TEXT] [--frac TEXT]]\n"
+    "         [--fourier T1,T2 [--fourier-start V1,...,V8]] [--sliding]\n"
+    "Loads FILE as the Open dialog does, replays the given deletions, right-clicks and method\n"
+    "buttons in the order 1 to 6, presses \"Calc. Means\" and prints the main window's results.\n"
+    "Options take their value as the next argument or after '='.\n";
+
+struct UsageError {
+    QString what;
+};
+
+struct Options {
+    QString file;
+    bool inverted = false;
+    bool json = false;
+    std::vector<long long> deletes;
+    std::optional<std::vector<double>> parabola;
+    std::optional<QString> fold;
+    std::optional<std::vector<double>> chords;
+    std::optional<std::vector<double>> kwee;
+    QString stepp = QStringLiteral("1");
+    QString frac = QStringLiteral(".9");
+    bool steppGiven = false;
+    bool fracGiven = false;
+    std::optional<std::vector<double>> fourier;
+    std::optional<QStringList> fourierStart;
+    bool sliding = false;
+};
+
+std::vector<double> parseTimes(const QString& option, const QString& value, int count)
+{
+    const QStringList parts = value.split(QLatin1Char(','));
+    if (parts.size() != count)
+        throw UsageError{QStringLiteral("%1 takes %2 comma-separated times").arg(option).arg(count)};
+    std::vector<double> times;
+    for (const QString& part : parts) {
+        double t = 0;
+        if (!rt::parseNumber(part, &t))
+            throw UsageError{QStringLiteral("%1: '%2' is not a number").arg(option, part)};
+        times.push_back(t);
+    }
+    return times;
+}
+
+std::vector<long long> parseIndexes(const QString& value)
+{
+    std::vector<long long> indexes;
+    for (const QString& part : value.split(QLatin1Char(','))) {
+        bool ok = false;
+        const long long i = part.trimmed().toLongLong(&ok);
+        if (!ok)
+            throw UsageError{QStringLiteral("--delete: '%1' is not a whole number").arg(part)};
+        indexes.push_back(i);
+    }
+    return indexes;
+}
+
+Options parseOptions(const QStringList& arguments)
+{
+    Options o;
+    bool haveFile = false;
+    for (int i = 0; i < arguments.size(); ++i) {
+        QString arg = arguments[i];
+        if (!arg.startsWith(QLatin1String("--")) || arg == QLatin1String("--")) {
+            if (haveFile)
+                throw UsageError{QStringLiteral("more than one FILE given")};
+            o.file = arg;
+            haveFile = true;
+            continue;
+        }
+        std::optional<QString> inlineValue;
+        const int eq = arg.indexOf(QLatin1Char('='));
+        if (eq >= 0) {
+            inlineValue = arg.mid(eq + 1);
+            arg = arg.left(eq);
+        }
+        auto flag = [&]() {
+            if (inlineValue)
+                throw UsageError{QStringLiteral("%1 takes no value").arg(arg)};
+        };
+        auto value = [&]() -> QString {
+            if (inlineValue)
+                return *inlineValue;
+            if (i + 1 >= arguments.size())
+                throw UsageError{QStringLiteral("%1 needs a value").arg(arg)};
+            return arguments[++i];
+        };
+        if (arg == QLatin1String("--inverted")) {
+            flag();
+            o.inverted = true;
+        } else if (arg == QLatin1String("--json")) {
+            flag();
+            o.json = true;
+        } else if (arg == QLatin1String("--sliding")) {
+            flag();
+            o.sliding = true;
+        } else if (arg == QLatin1String("--delete")) {
+            const std::vector<long long> more = parseIndexes(value());
+            o.deletes.insert(o.deletes.end(), more.begin(), more.end());
+        } else if (arg == QLatin1String("--parabola")) {
+            o.parabola = parseTimes(arg, value(), 2);
+        } else if (arg == QLatin1String("--fold")) {
+            o.fold = value();
+        } else if (arg == QLatin1String("--chords")) {
+            o.chords = parseTimes(arg, value(), 4);
+        } else if (arg == QLatin1String("--kwee")) {
+            o.kwee = parseTimes(arg, value(), 2);
+        } else if (arg == QLatin1String("--stepp")) {
+            o.stepp = value();
+            o.steppGiven = true;
+        } else if (arg == QLatin1String("--frac")) {
+            o.frac = value();
+            o.fracGiven = true;
+        } else if (arg == QLatin1String("--fourier")) {
+            o.fourier = parseTimes(arg, value(), 2);
+        } else if (arg == QLatin1String("--fourier-start")) {
+            const QStringList texts = value().split(QLatin1Char(','));
+            if (texts.size() != 8)
+                throw UsageError{QStringLiteral("--fourier-start takes 8 comma-separated values")};
+            o.fourierStart = texts;
+        } else {
+            throw UsageError{QStringLiteral("unknown option %1").arg(arg)};
+        }
+    }
+    if (!haveFile)
+        throw UsageError{QStringLiteral("no FILE given")};
+    if ((o.steppGiven || o.fracGiven) && !o.kwee)
+        throw UsageError{QStringLiteral("--stepp and --frac go with --kwee")};
+    if (o.fourierStart && !o.fourier)
+        throw UsageError{QStringLiteral("--fourier-start goes with --fourier")};
+    return o;
+}
+
+QString jsonString(const QString& s)
+{
+    QString out = QStringLiteral("\"");
+    for (const QChar c : s) {
+        switch (c.unicode()) {
+        case '"': out += QLatin1String("\\\""); break;
+        case '\\': out += QLatin1String("\\\\"); break;
+        case '\n': out += QLatin1String("\\n"); break;
+        case '\r': out += QLatin1String("\\r"); break;
+        case '\t': out += QLatin1String("\\t"); break;
+        default:
+            if (c.unicode() < 0x20)
+                out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+            else
+                out += c;
+        }
+    }
+    return out + QLatin1Char('"');
+}
+
+QString jsonNumber(double x)
+{
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.17g", x);
+    return QString::fromLatin1(buffer);
+}
+
+void print(std::FILE* f, const QString& s) { std::fputs(s.toUtf8().constData(), f); }
+
+struct Row {
+    int method;
+    ReplayResult result;
+};
+
+const std::array<const char*, 6> methodTitles = {"1. Parabolic Fit",       "2. Tracing Paper",
+                                                 "3. Bisectors of Chords", "4. Kwee and van Woerden",
+                                                 "5. Fourier Fit",         "6. Sliding Integrations"};
+
+void printJson(std::FILE* out, const std::vector<Row>& rows)
+{
+    const Session& s = S();
+    MainForm& form = mainForm();
+    QString json = QStringLiteral("{\"NumOrig\": %1, \"NumPts\": %2, \"results\": [").arg(s.NumOrig).arg(s.NumPts);
+    bool first = true;
+    for (const Row& row : rows) {
+        if (!first)
+            json += QLatin1String(", ");
+        first = false;
+        json += QStringLiteral("{\"method\": %1, ").arg(row.method);
+        if (row.result.trappedError != 0)
+            json += QStringLiteral("\"trapped_error\": %1, ").arg(row.result.trappedError);
+        else
+            json += QStringLiteral("\"time\": %1, \"error\": %2, ")
+                        .arg(jsonNumber(row.result.time), jsonNumber(row.result.error));
+        json += QStringLiteral("\"time_text\": %1, \"error_text\": %2}")
+                    .arg(jsonString(form.text(row.method)), jsonString(form.text(row.method + 6)));
+    }
+    json += QStringLiteral("], \"means\": {\"simple\": %1, \"weighted\": %2, \"std_error\": %3, \"std_dev\": %4}}\n")
+                .arg(jsonString(form.text(13)), jsonString(form.text(14)), jsonString(form.text(15)),
+                     jsonString(form.text(16)));
+    print(out, json);
+}
+
+void printTable(std::FILE* out, const std::vector<Row>& rows)
+{
+    MainForm& form = mainForm();
+    QString t;
+    t += form.title() + QLatin1Char('\n');
+    t += QStringLiteral("%1%2\n").arg(QStringLiteral("Original # data points"), -30).arg(form.origCountLabel());
+    t += QStringLiteral("%1%2\n").arg(QStringLiteral("Edited # data points"), -30).arg(form.editedCountLabel());
+    t += QStringLiteral("%1\n\n").arg(form.magOption() == 1 ? QStringLiteral("-Mags (inverted)") : QStringLiteral("+Mags"));
+    t += QStringLiteral("%1%2%3%4\n")
+             .arg(QString(), -30)
+             .arg(QStringLiteral("Time of Minimum"), -18)
+             .arg(QStringLiteral("Est'd Error"), -16)
+             .arg(QStringLiteral("Use in Mean?"));
+    for (int k = 1; k <= 6; ++k) {
+        QString time = form.text(k);
+        QString error = form.text(k + 6);
+        for (const Row& row : rows)
+            if (row.method == k && row.result.trappedError != 0)
+                error = QStringLiteral("(trapped error %1)").arg(row.result.trappedError);
+        t += QStringLiteral("%1%2%3%4\n")
+                 .arg(QString::fromLatin1(methodTitles[static_cast<std::size_t>(k - 1)]), -30)
+                 .arg(time, -18)
+                 .arg(error, -16)
+                 .arg(form.checked(k) ? QStringLiteral("[x]") : QStringLiteral("[ ]"));
+    }
+    t += QLatin1Char('\n');
+    const char* meanTitles[] = {"Simple Mean", "Weighted Mean", "Std. Error of  Weighted Mean",
+                                "Std. Deviation of Means"};
+    for (int k = 0; k < 4; ++k)
+        t += QStringLiteral("%1%2\n").arg(QString::fromLatin1(meanTitles[k]), -30).arg(form.text(13 + k));
+    print(out, t);
+}
+
+std::vector<Row> replayMethods(const Options& o)
+{
+    std::vector<Row> rows;
+    auto add = [&](int method, const ReplayResult& r) {
+        if (r.published || r.trappedError != 0)
+            rows.push_back({method, r});
+    };
+    if (o.parabola)
+        add(1, ReplayParabola(*o.parabola));
+    if (o.fold)
+        add(2, ReplayTracingPaper(*o.fold));
+    if (o.chords)
+        add(3, ReplayChords(*o.chords));
+    if (o.kwee)
+        add(4, ReplayKwee(*o.kwee, o.stepp, o.frac));
+    if (o.fourier)
+        add(5, ReplayFourier(*o.fourier, o.fourierStart));
+    if (o.sliding)
+        add(6, ReplaySliding());
+    return rows;
+}
+
+} // namespace
+
+int RunMeasure(const QStringList& arguments, std::FILE* out, std::FILE* err)
+{
+    Options options;
+    try {
+        options = parseOptions(arguments);
+    } catch (const UsageError& e) {
+        print(err, QStringLiteral("dipscope-measure: %1\n").arg(e.what));
+        std::fputs(usageText, err);
+        return 64;
+    }
+
+    // Message boxes become one line each on standard error; the computation goes on as after OK.
+    const rt::MsgBoxHook previousHook = rt::setMsgBoxHook([err](const QString& text, const QString&) {
+        print(err, QString(text).replace(QLatin1Char('\n'), QLatin1Char(' ')) + QLatin1Char('\n'));
+    });
+    MainBoxes boxes;
+    MainForm* previousForm = setMainForm(&boxes);
+    resetSession();
+
+    int code = 0;
+    try {
+        StartUpSession();
+        const QFileInfo info(options.file);
+        if (!OpenDataFile(info.absolutePath(), info.fileName())) {
+            if (options.json)
+                print(out, QStringLiteral("{\"message\": %1}\n").arg(jsonString(csvFormatMessage())));
+            else
+                print(out, csvFormatMessage() + QLatin1Char('\n'));
+            code = 1;
+        } else {
+            if (options.inverted) {
+                boxes.showMagOption(1);
+                ApplyMagSense(1);
+            }
+            for (const long long index : options.deletes) {
+                S().PickIdx = rt::i16(index);
+                SetPickedDeleted(true);
+            }
+            const std::vector<Row> rows = replayMethods(options);
+            CalcMeansOnMainForm();
+            if (options.json)
+                printJson(out, rows);
+            else
+                printTable(out, rows);
+        }
+    } catch (const rt::RuntimeError& e) {
+        if (options.json)
+            print(out, QStringLiteral("{\"runtime_error\": {\"number\": %1, \"text\": %2}}\n")
+                           .arg(e.number())
+                           .arg(jsonString(e.text())));
+        else
+            print(err, rt::reportText(e).replace(QStringLiteral("\n\n"), QStringLiteral(" ")) + QLatin1Char('\n'));
+        code = 2;
+    }
+
+    setMainForm(previousForm);
+    rt::setMsgBoxHook(previousHook);
+    return code;
+}
+
+} // namespace dip

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "methods/MethodEntries.h"
+
+namespace dip {
+
+void StartParabola() {}
+
+} // namespace dip

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace rt {
+
+// Every message box of the program is a modal box with a single OK button. They all go through
+// MsgBox, so that the windows can show them, the console tool can print them and tests can
+// intercept them without ever blocking on a modal dialog.
+using MsgBoxHook = std::function<void(const QString& text, const QString& title)>;
+
+// Shows text in an OK box titled with the program's name (or title when given).
+void MsgBox(const QString& text, const QString& title = QString());
+
+// Installs the function that shows message boxes; returns the previous one.
+MsgBoxHook setMsgBoxHook(MsgBoxHook hook);
+
+// The program's title, used by every message box.
+inline QString programTitle() { return QStringLiteral("Dipscope"); }
+
+} // namespace rt

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "session/LoadDataFile.h"
+
+#include "runtime/MsgBox.h"
+#include "runtime/Numeric.h"
+#include "runtime/Text.h"
+#include "session/CsvInput.h"
+#include "session/MainForm.h"
+#include "session/Procedures.h"
+#include "session/Session.h"
+
+#include <QDir>
+
+namespace dip {
+
+using rt::i16;
+
+QString csvFormatMessage()
+{
+    return QStringLiteral("Sorry - your data file needs to be in the Comma Separated Variables format.  "
+                          "See [menu] Help > Help - Data Files for details.");
+}
+
+namespace {
+
+int countCommas(const QString& line) { return static_cast<int>(line.count(QLatin1Char(','))); }
+
+// A line is a header when it holds anything but blanks, signs, points, commas and digits: a
+// letter anywhere, an exponent "E" included, makes it one.
+bool isHeader(const QString& line)
+{
+    static const QString allowed = QStringLiteral(" +-.,0123456789");
+    for (const QChar c : line)
+        if (!allowed.contains(c))
+            return true;
+    return false;
+}
+
+// A time or magnitude field: empty reads as 0, a number (quoted or not) as that number, and
+// any other text fails as soon as it would be used as a number.
+double numericField(const CsvInput::Field& field)
+{
+    if (field.text.isEmpty())
+        return 0.0;
+    return rt::CDbl(field.text);
+}
+
+// The Fourier fit's start state, the per-window first-time flags, the range flags and the
+// tracing paper's averaging width: everything of the methods that belongs to one light curve.
+void resetMethodState()
+{
+    Session& s = S();
+    FourierState& f = s.Fourier;
+    f.FourierPar(1) = s.HJD(s.IdxMagMax);
+    f.FourierPar(2) = s.Mag(s.IdxMagMax);
+    f.FourierPar(3) = 25;
+    f.FourierPar(4) = 0.2;
+    f.FourierPar(5) = 0.1;
+    f.FourierPar(6) = 0.05;
+    f.FourierPar(7) = 0.01;
+    f.FourierPar(8) = 0.005;
+    for (int k = 1; k <= 8; ++k)
+        f.ParEdited(k) = rt::True;
+    for (int i = 1; i <= s.NumPts; ++i)
+        f.FitSig(i) = 0.01;
+    f.Alamda = -1;
+    f.FourierFitDone = rt::False;
+    f.ParEntered = rt::False;
+    f.Range.clearFlags();
+
+    s.FirstTime(1) = 0;
+    s.FirstTime(3) = 0;
+    s.FirstTime(4) = 0;
+    s.FirstTime(5) = 0;
+    s.AvgPoints = 1;
+    s.ParabolaPick.clearFlags();
+    s.KweePick.clearFlags();
+}
+
+} // namespace
+
+bool LoadDataFile()
+{
+    Session& s = S();
+    MainForm& form = mainForm();
+
+    // 1-3. Prescan the first two lines.
+    QString line1, line2;
+    {
+        CsvInput in(s.DataPath);
+        line1 = in.lineInput();
+        line2 = in.lineInput();
+    }
+    const int c1 = countCommas(line1);
+    const bool header = isHeader(line1);
+    const int c2 = countCommas(line2);
+
+    // 4. Not comma-separated: say so and change nothing.
+    if (c2 == 0) {
+        rt::MsgBox(csvFormatMessage());
+        return false;
+    }
+
+    // 5-7. Read the rows; a header, or a first line shaped unlike the second, is skipped.
+    // With six or more commas no row is read at all and the count becomes -1 (kept unguarded:
+    // every later loop over the points then runs zero times).
+    int i = 0;
+    {
+        CsvInput in(s.DataPath);
+        if (c1 != c2 || header)
+            in.lineInput();
+        if (c2 <= 5) {
+            i = 1;
+            do {
+                if (i == 1001)
+                    rt::raise(9);
+                const CsvInput::Field time = in.input();
+                const double t = numericField(time);
+                const CsvInput::Field mag = in.input();
+                const double m = numericField(mag);
+                s.ReadHJD(i) = t;
+                s.ReadMag(i) = m;
+                for (int extra = 1; extra <= c2 - 1; ++extra)
+                    in.input(); // columns 3 to 6 are read and thrown away
+                ++i;
+            } while (!in.eof());
+        }
+    }
+    s.NumOrig = i16(i - 1);
+    s.NumPts = s.NumOrig;
+
+    // 8. The reader's own sign is -1 (an unset value times 2 minus 1); step 17 puts it right.
+    s.MagSign = -1;
+
+    // 9-10.
+    for (int k = 1; k <= s.NumPts; ++k) {
+        s.OrigHJD(k) = s.ReadHJD(k);
+        s.HJD(k) = s.ReadHJD(k);
+        s.Mag(k) = rt::fin(s.ReadMag(k) * s.MagSign);
+        s.OrigMag(k) = s.Mag(k);
+    }
+    for (int k = 1; k <= s.NumPts; ++k)
+        s.Deleted(k) = 0;
+
+    // 11. Extents of the still inverted magnitudes.
+    UpdateExtents();
+    SnapshotExtents();
+
+    // 12-14.
+    form.setTitle(QStringLiteral("Dipscope - ") + s.DataName);
+    form.clearAndHidePlotData();
+    for (int k = 1; k <= 6; ++k)
+        form.setChecked(k, false);
+
+    // 15. The Fourier start values come from the inverted magnitudes: parameter 1 is the time
+    // of the brightest point and parameter 2 its negated magnitude. Step 17 does not redo them.
+    resetMethodState();
+
+    // 16.
+    for (int k = 13; k <= 16; ++k)
+        form.setText(k, QString());
+    form.setOrigCountLabel(QString::number(s.NumOrig));
+    form.setEditedCountLabel(QString::number(s.NumPts));
+
+    // 17. "+Mags" after every load, whatever was chosen before.
+    form.showMagOption(0);
+    ApplyMagSense(0);
+    return true;
+}
+
+QString DataPathOf(const QString& dir, const QString& name)
+{
+    return dir + QDir::separator() + name;
+}
+
+bool OpenDataFile(const QString& dir, const QString& name)
+{
+    Session& s = S();
+    s.DataDir = dir;
+    s.DataName = name;
+    s.DataPath = DataPathOf(dir, name);
+    const bool loaded = LoadDataFile();
+    for (int k = 1; k <= 12; ++k)
+        mainForm().setText(k, QString());
+    return loaded;
+}
+
+} // namespace dip

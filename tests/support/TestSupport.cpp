@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "support/TestSupport.h"
+
+#include "mainwindow/StartUp.h"
+#include "session/LoadDataFile.h"
+#include "session/MainForm.h"
+#include "session/Session.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cmath>
+#include <memory>
+
+namespace dip::test {
+
+bool closeTo(double actual, double expected, double rel)
+{
+    if (actual == expected)
+        return true;
+    return std::abs(actual - expected) <= rel * std::max(std::abs(actual), std::abs(expected));
+}
+
+MessageRecorder::MessageRecorder()
+{
+    m_previous = rt::setMsgBoxHook([this](const QString& text, const QString& title) {
+        m_messages << text;
+        m_titles << title;
+    });
+}
+
+MessageRecorder::~MessageRecorder() { rt::setMsgBoxHook(m_previous); }
+
+DataFolder::DataFolder() { Q_ASSERT(m_dir.isValid()); }
+
+QString DataFolder::write(const QString& name, const QByteArray& content) const
+{
+    const QString full = m_dir.filePath(name);
+    QFile f(full);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        qFatal("cannot write %s", qPrintable(full));
+    f.write(content);
+    return full;
+}
+
+namespace {
+MainBoxes& testBoxes()
+{
+    static MainBoxes boxes;
+    return boxes;
+}
+} // namespace
+
+void freshSession()
+{
+    resetSession();
+    testBoxes() = MainBoxes();
+    setMainForm(&testBoxes());
+    StartUpSession();
+}
+
+bool loadText(const QByteArray& content, const QString& name)
+{
+    static std::unique_ptr<DataFolder> folder;
+    folder = std::make_unique<DataFolder>();
+    freshSession();
+    folder->write(name, content);
+    return OpenDataFile(folder->path(), name);
+}
+
+QByteArray csv(const std::vector<std::pair<double, double>>& points)
+{
+    QByteArray out;
+    for (const auto& [t, m] : points)
+        out += QByteArray::number(t, 'g', 17) + ',' + QByteArray::number(m, 'g', 17) + '\n';
+    return out;
+}
+
+} // namespace dip::test
