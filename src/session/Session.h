@@ -44,6 +44,15 @@ struct ChordPick {
     double HJD1 = 0, HJD2 = 0, HJD3 = 0, HJD4 = 0;
 };
 
+// The parameter order list of the Levenberg-Marquardt fit: every parameter fitted, in order.
+inline rt::Array<Integer, 0, 8> allParametersInOrder()
+{
+    rt::Array<Integer, 0, 8> list;
+    for (int j = 1; j <= 8; ++j)
+        list(j) = static_cast<Integer>(j);
+    return list;
+}
+
 // The Fourier window's parameters and bookkeeping (the solver's own state is its own).
 struct FourierState {
     rt::Array<double, 0, 8> FourierPar;    // 1..8 in the order of the text boxes
@@ -56,6 +65,14 @@ struct FourierState {
     rt::Array<double, 0, 100> CurveT;
     rt::Array<double, 0, 100> CurveM;
     double Alamda = 0;                     // the solver's damping; -1 starts a fit
+    // What the fit hands the solver and gets back (solver order: A1..A5, C, W, Xo).
+    ObsArray FitX;
+    ObsArray FitY;
+    rt::Array<double, 0, 8> FitA;
+    rt::Matrix<double, 0, 8> Alpha;
+    rt::Matrix<double, 0, 8> Covar;        // the covariance matrix after a fit
+    double Chisq = 0;
+    rt::Array<Integer, 0, 8> Lista = allParametersInOrder(); // 1..8 from program start
 };
 
 struct Session {
