@@ -1,12 +1,48 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 #include "app/Replay.h"
+#include "methods/fourier/FourierFit.h"
+#include "runtime/Numeric.h"
+#include "session/Session.h"
 
 namespace dip {
 
-ReplayResult ReplayFourier(const std::vector<double>&, const std::optional<QStringList>&)
+ReplayResult ReplayFourier(const std::vector<double>& clicks, const std::optional<QStringList>& start)
 {
-    return {};
+    Session& s = S();
+    ReplayResult result;
+    if (s.DataName.isEmpty())
+        return result;
+
+    // "5. Fourier Fit" opening the window for the first time. The tool draws nothing.
+    FormMemory form;
+    FourierView view{form, [] {}};
+    s.RangeFirst = 1;
+    s.RangeLast = s.NumPts;
+    fourierFormLoad(form);
+    showFourierWindow(view);
+
+    // A right-click at time t: exactly t, at (t - HJDMin) / HJDRange across the plot box.
+    for (const double t : clicks) {
+        if (t < s.HJDMin || t > s.HJDMin + s.HJDRange)
+            continue;
+        const double fraction = rt::div(t - s.HJDMin, s.HJDRange);
+        pickFourierEnd(view, s.PlotLeft + s.PlotWidth * fraction, t, fraction);
+    }
+
+    if (start) {
+        for (int k = 1; k <= 8; ++k)
+            form.setControlText(fourierText::boxName(k), start->value(k - 1));
+        updateFourier(view);
+    }
+
+    const FourierFitOutcome outcome = fitFourier(view);
+    if (outcome.fitted) {
+        result.published = true;
+        result.time = s.HJDOffset + outcome.time;
+        result.error = outcome.error;
+    }
+    return result;
 }
 
 } // namespace dip

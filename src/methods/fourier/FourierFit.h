@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// The Fourier fit (method 5): a five-term cosine series centred on the time of minimum,
+// m(t) = C + sum_k A_k (cos(k W (t - Xo)) - 1), fitted by Levenberg-Marquardt to a range that
+// the user picks with the right mouse button. These are the procedures behind frmPlott5's
+// events; they talk to the window through its FormPort (caption, the boxes "Text1_1" ..
+// "Text1_8", the index labels "Label10" (left) and "Label8" (right), drawing in twips), so the
+// console tool runs exactly the same code with a FormMemory. The state is S().Fourier.
+
+#include "plotting/FormPort.h"
+#include "runtime/Array.h"
+
+#include <QString>
+
+#include <functional>
+
+namespace dip {
+
+// The Fourier window as its procedures see it: the form, and the drawing of its light-curve
+// plot (clears the form, sets the plot box, draws frame, grid and points).
+struct FourierView {
+    FormPort& form;
+    std::function<void()> drawPlot;
+};
+
+namespace fourierText {
+QString windowCaption();     // "Fourier Fit"
+QString loadPrompt();        // "Fit Fourier - RIGHT-CLICK AT START (left end) OF RANGE."
+QString leftPickedPrompt();  // "Fit Fourier - RIGHT-CLICK AT (right) END OF RANGE."
+QString rightPickedPrompt(); // "Fit Fourier - CLICK 'Fit Fourier', OR 'Undo' TO START OVER."
+QString fittedPrompt();      // "Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."
+QString selectRangeFirst();  // "Select range first"
+QString boxName(int k);      // "Text1_1" .. "Text1_8"
+QString leftIndexLabel();    // "Label10"
+QString rightIndexLabel();   // "Label8"
+} // namespace fourierText
+
+// The parameters in box order (Xo, C, W, A1..A5) to the solver's order (A1..A5, C, W, Xo), which
+// the model fixes, and back.
+void fourierParToSolver(const rt::Array<double, 0, 8>& par, rt::Array<double, 0, 8>& fitA);
+void fourierParFromSolver(const rt::Array<double, 0, 8>& fitA, rt::Array<double, 0, 8>& par);
+
+// Form_Load: the load prompt in the caption.
+void fourierFormLoad(FormPort& form);
+
+// What the main window's "5. Fourier Fit" button does once RangeFirst and RangeLast are set:
+// after a data-file load the boxes get the start values (FourierPar), then the plot is drawn,
+// the range markers at the stored end times if the range is complete, and the stored model
+// curve if a fit has been made.
+void showFourierWindow(FourierView& view);
+
+// Form_MouseDown: a right-click (button 2) inside the plot box picks an end of the range.
+void fourierMouseDown(FourierView& view, int button, double x, double y);
+
+// The pick itself, for a click at form x whose time is clickHJD and whose place across the
+// plot box is fraction = (x - PlotLeft) / PlotWidth. The end is chosen by the point index
+// estimated under the click, RangeFirst + (RangeLast - RangeFirst) * fraction rounded halves
+// to even, against IdxMagMax: at or after the deepest point it is the right end.
+void pickFourierEnd(FourierView& view, double x, double clickHJD, double fraction);
+
+// Text1_Change(index): the box has been edited.
+void fourierParEdited(int index);
+
+// Update: reads the eight boxes and previews the model curve they describe.
+void updateFourier(FourierView& view);
+
+// What a click on " Fit Fourier" did.
+struct FourierFitOutcome {
+    bool fitted = false; // the fit ran and published its result
+    int loopCalls = 0;   // solver calls in the iteration loop (1..501)
+    double time = 0;     // Xo (without HJDOffset)
+    double error = 0;    // sqrt(Covar(8, 8))
+};
+
+// " Fit Fourier": one start call of the solver, the loop, the covariance call, then the
+// result in the main window's Text5 / Text11 / Check5 and the fitted values in the boxes.
+FourierFitOutcome fitFourier(FourierView& view);
+
+// Undo: the parameters from before the last fit, the range to be picked again.
+void undoFourier(FourierView& view);
+
+// Focus, resize and drag: the plot again, and the stored model curve thin.
+void redrawFourierWindow(FourierView& view);
+
+// The model curve of FourierPar over the picked range: 101 points into CurveT / CurveM, drawn
+// as a thick band (each segment 21 strokes shifted -10 .. +10 twips vertically).
+void DrawFourierCurve(FormPort& form);
+
+// The stored model curve again, thin (one stroke per segment), without recomputing it.
+void RedrawFourierCurve(FormPort& form);
+
+} // namespace dip
