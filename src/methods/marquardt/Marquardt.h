@@ -36,6 +36,14 @@ struct MarquardtWork {
 // The solver's state of this process.
 MarquardtWork& marquardtWork();
 
+// How much work the coefficient sums have done since start (for the benchmark): evaluations
+// over all points, and those of them that needed new cosines and sines.
+struct MarquardtCounts {
+    long long evaluations = 0;
+    long long harmonicEvaluations = 0;
+};
+MarquardtCounts& marquardtCounts();
+
 // The Fourier model at time x for the parameters a in solver order (A1..A5, C, W, Xo):
 // y = C + sum_k A_k (cos(k u) - 1), u = W (x - Xo), and its partial derivatives dyda(1..8).
 void FourierModel(double x, const ParVector& a, double& y, ParVector& dyda, Integer na);
