@@ -1,0 +1,840 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "app/Replay.h"
+#include "methods/fourier/FourierFit.h"
+#include "methods/marquardt/Marquardt.h"
+#include "runtime/Numeric.h"
+#include "runtime/Text.h"
+#include "session/MainForm.h"
+#include "session/Procedures.h"
+#include "session/Session.h"
+#include "support/TestSupport.h"
+
+#include <cmath>
+#include <cstring>
+#include <random>
+#include <vector>
+
+using namespace dip;
+using namespace dip::test;
+
+namespace {
+
+struct Stroke {
+    Rgb colour;
+    double x1, y1, x2, y2;
+};
+
+// A form that keeps every stroke drawn on it since it was last cleared.
+class RecordingForm : public FormMemory {
+public:
+    void cls() override
+    {
+        strokes.clear();
+        ++clears;
+    }
+    void setForeColor(Rgb c) override { colour = c; }
+    void line(double x1, double y1, double x2, double y2) override
+    {
+        strokes.push_back({colour, x1, y1, x2, y2});
+        penX = x2;
+        penY = y2;
+    }
+    void lineTo(double x, double y) override { line(penX, penY, x, y); }
+    std::vector<Stroke> ofColour(Rgb c) const
+    {
+        std::vector<Stroke> out;
+        for (const Stroke& s : strokes)
+            if (s.colour == c)
+                out.push_back(s);
+        return out;
+    }
+
+    std::vector<Stroke> strokes;
+    int clears = 0;
+    Rgb colour;
+    double penX = 0, penY = 0;
+};
+
+// The Fourier window with a plot box of 8000 x 4000 twips; its plot drawing only clears.
+struct Window {
+    RecordingForm form;
+    FourierView view{form, [this] { drawPlot(); }};
+    int plots = 0;
+
+    void drawPlot()
+    {
+        form.cls();
+        ++plots;
+        Session& s = S();
+        s.PlotLeft = 600;
+        s.PlotRight = 8600;
+        s.PlotTop = 400;
+        s.PlotBottom = 4400;
+        s.PlotWidth = s.PlotRight - s.PlotLeft;
+        s.PlotHeight = s.PlotBottom - s.PlotTop;
+    }
+    // "5. Fourier Fit" on the main window.
+    void open()
+    {
+        S().RangeFirst = 1;
+        S().RangeLast = S().NumPts;
+        fourierFormLoad(form);
+        showFourierWindow(view);
+    }
+    double xOf(double t) const { return S().PlotLeft + S().PlotWidth * (t - S().HJDMin) / S().HJDRange; }
+    // A right-click exactly at time t, at its place across the plot.
+    void pick(double t)
+    {
+        const double fraction = (t - S().HJDMin) / S().HJDRange;
+        pickFourierEnd(view, xOf(t), t, fraction);
+    }
+    void type(const QStringList& texts)
+    {
+        for (int k = 1; k <= 8; ++k)
+            form.setControlText(fourierText::boxName(k), texts.value(k - 1));
+    }
+    QString box(int k) const { return form.controlText(fourierText::boxName(k)); }
+};
+
+// Model parameters in box order: Xo, C, W, A1..A5.
+struct Par {
+    double v[9];
+};
+
+double model(double t, const Par& p)
+{
+    const double u = p.v[3] * (t - p.v[1]);
+    double y = p.v[2];
+    for (int k = 1; k <= 5; ++k)
+        y = y + p.v[k + 3] * (std::cos(k * u) - 1);
+    return y;
+}
+
+const Par truth = {{0, 2451234.5678, 12.5, 30, 0.3, 0.1, 0.04, 0.01, 0.003}};
+const QStringList nearStart = {"2451234.566", "12.45", "29", ".25", ".12", ".05", ".012", ".002"};
+
+std::vector<std::pair<double, double>> dipCurve(const Par& p, int n, double t0, double t1, double noise, unsigned seed)
+{
+    std::mt19937_64 g(seed);
+    std::vector<std::pair<double, double>> points;
+    for (int i = 0; i < n; ++i) {
+        const double t = t0 + (t1 - t0) * i / (n - 1);
+        const double r = static_cast<double>(g() >> 11) * 0x1.0p-53 - 0.5;
+        points.push_back({t, model(t, p) + noise * r});
+    }
+    return points;
+}
+
+bool load(const std::vector<std::pair<double, double>>& points) { return loadText(csv(points)); }
+
+// The fit's schedule run once more on the solver directly, recording chi-square after every
+// loop call: the loop must stop at the first call that lowers it by less than ten per cent.
+struct Trace {
+    std::vector<double> chisq; // [0] after the start call, [c] after loop call c
+    int loopCalls = 0;
+    ParVector a;
+};
+
+Trace traceSchedule(Integer first, Integer last, ParVector a)
+{
+    Session& s = S();
+    FitArray x, y, sig;
+    const Integer n = rt::i16(last - first + 1);
+    for (int i = 1; i <= n; ++i) {
+        x(i) = s.HJD(first + i - 1);
+        y(i) = s.Mag(first + i - 1);
+        sig(i) = 0.01;
+    }
+    ParList lista;
+    for (int j = 1; j <= 8; ++j)
+        lista(j) = static_cast<Integer>(j);
+    ParMatrix covar, alpha;
+    double chisq = 0, alamda = -1;
+    Trace t;
+    MarquardtStep(x, y, sig, n, a, 8, lista, 8, covar, alpha, 8, chisq, alamda);
+    t.chisq.push_back(chisq);
+    for (int c = 1; c <= 501; ++c) {
+        MarquardtStep(x, y, sig, n, a, 8, lista, 8, covar, alpha, 8, chisq, alamda);
+        t.chisq.push_back(chisq);
+        t.loopCalls = c;
+        const double old = t.chisq[static_cast<std::size_t>(c - 1)];
+        if (chisq < old && chisq > 0.9 * old)
+            break;
+    }
+    t.a = a;
+    return t;
+}
+
+ParVector solverOrder(const QStringList& texts)
+{
+    rt::Array<double, 0, 8> par;
+    for (int k = 1; k <= 8; ++k)
+        par(k) = rt::Val(texts.value(k - 1));
+    ParVector a;
+    fourierParToSolver(par, a);
+    return a;
+}
+
+} // namespace
+
+class FourierTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void startValuesShownAtFirstOpeningAfterLoad();
+    void typedTextsKeptOnReopening();
+    void prompts();
+    void sideByEstimatedIndex_data();
+    void sideByEstimatedIndex();
+    void endsLieInsideTheClickedSpan();
+    void mouseOutsideBoxOrOtherButton();
+    void oldMarkerPaintedOverInWhite();
+    void updateWithoutRange();
+    void updateReadsBoxes_data();
+    void updateReadsBoxes();
+    void updateDrawsThickCurve();
+    void redrawIsThin();
+    void fitWithoutRange();
+    void fitPublishesAndRewritesBoxes();
+    void loopStopsAtFirstSmallGain();
+    void cannotImproveRunsAll501();
+    void zeroAmplitudesSingularOnEveryIteration();
+    void secondFitClickChangesNothing();
+    void undoRestoresAndRangeMustBePickedAgain();
+    void displayedTimeAddsHJDOffset();
+    void methodButtonRedrawsMarkersAndCurve();
+    void parEditedFlags();
+    void syntheticDipRecoversXo();
+    void replayMatchesWindow();
+    void replayWithoutStartUsesLoadValues();
+};
+
+void FourierTest::init()
+{
+    QLocale::setDefault(QLocale::c());
+    S().HJDOffset = 0;
+}
+
+void FourierTest::startValuesShownAtFirstOpeningAfterLoad()
+{
+    const auto points = dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1);
+    QVERIFY(load(points));
+    // The start values come from the magnitudes as the reader holds them before "+Mags" is
+    // selected, inverted: the time of the brightest point and its negated magnitude.
+    std::size_t brightest = 0;
+    for (std::size_t i = 1; i < points.size(); ++i)
+        if (points[i].second < points[brightest].second)
+            brightest = i;
+    Window w;
+    w.open();
+    QCOMPARE(w.box(1), rt::NumText(points[brightest].first));
+    QCOMPARE(w.box(2), rt::NumText(-points[brightest].second));
+    const QStringList rest = {"25", ".2", ".1", ".05", ".01", ".005"};
+    for (int k = 3; k <= 8; ++k)
+        QCOMPARE(w.box(k), rest[k - 3]);
+    QCOMPARE(w.plots, 1);
+}
+
+void FourierTest::typedTextsKeptOnReopening()
+{
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
+    Window w;
+    w.open();
+    w.form.setControlText(QStringLiteral("Text1_3"), QStringLiteral("31"));
+    w.open();
+    QCOMPARE(w.box(3), QStringLiteral("31"));
+    // A new load puts its start values in again.
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 2)));
+    w.open();
+    QCOMPARE(w.box(3), QStringLiteral("25"));
+}
+
+void FourierTest::prompts()
+{
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
+    Window w;
+    w.open();
+    QCOMPARE(w.form.caption(), QStringLiteral("Fit Fourier - RIGHT-CLICK AT START (left end) OF RANGE."));
+    w.pick(2451234.53);
+    QCOMPARE(w.form.caption(), QStringLiteral("Fit Fourier - RIGHT-CLICK AT (right) END OF RANGE."));
+    QCOMPARE(w.form.controlText(QStringLiteral("Label10")), rt::Str(S().Fourier.Range.LeftIdx));
+    QCOMPARE(w.form.controlText(QStringLiteral("Label10")), QStringLiteral(" 10"));
+    w.pick(2451234.61);
+    QCOMPARE(w.form.caption(), QStringLiteral("Fit Fourier - CLICK 'Fit Fourier', OR 'Undo' TO START OVER."));
+    QCOMPARE(w.form.controlText(QStringLiteral("Label8")), QStringLiteral(" 32"));
+    QCOMPARE(fourierText::windowCaption(), QStringLiteral("Fourier Fit"));
+}
+
+void FourierTest::sideByEstimatedIndex_data()
+{
+    // Nine points, the deepest the fifth: the estimated index is 1 + 8 * fraction, rounded
+    // halves to even.
+    QTest::addColumn<double>("fraction");
+    QTest::addColumn<bool>("right");
+    QTest::newRow("4.5 rounds to 4: left") << 0.4375 << false;
+    QTest::newRow("5.5 rounds to 6: right") << 0.5625 << true;
+    QTest::newRow("exactly 5, the deepest: right") << 0.5 << true;
+    QTest::newRow("4.49: left") << 0.43625 << false;
+    QTest::newRow("first: left") << 0.0 << false;
+    QTest::newRow("last: right") << 1.0 << true;
+}
+
+void FourierTest::sideByEstimatedIndex()
+{
+    QFETCH(double, fraction);
+    QFETCH(bool, right);
+    std::vector<std::pair<double, double>> points;
+    const double mags[9] = {12.0, 12.1, 12.3, 12.6, 12.9, 12.7, 12.4, 12.2, 12.05};
+    for (int i = 0; i < 9; ++i)
+        points.push_back({100.0 + i, mags[i]});
+    QVERIFY(load(points));
+    QCOMPARE(S().IdxMagMax, Integer(5));
+    Window w;
+    w.open();
+    const double t = S().HJDMin + S().HJDRange * fraction;
+    pickFourierEnd(w.view, w.xOf(t), t, fraction);
+    const RangePick& r = S().Fourier.Range;
+    QCOMPARE(r.RightSet == rt::True, right);
+    QCOMPARE(r.LeftSet == rt::True, !right);
+    QCOMPARE(r.RangeSet, rt::False);
+}
+
+void FourierTest::endsLieInsideTheClickedSpan()
+{
+    std::vector<std::pair<double, double>> points;
+    const double mags[9] = {12.0, 12.1, 12.3, 12.6, 12.9, 12.7, 12.4, 12.2, 12.05};
+    for (int i = 0; i < 9; ++i)
+        points.push_back({100.0 + i, mags[i]});
+    QVERIFY(load(points));
+    Window w;
+    w.open();
+    // A click exactly on a point's time leaves that point out.
+    w.pick(101.0);
+    QCOMPARE(S().Fourier.Range.LeftIdx, Integer(3));
+    w.pick(107.0);
+    QCOMPARE(S().Fourier.Range.RightIdx, Integer(7));
+    QCOMPARE(S().Fourier.Range.RangeSet, rt::True);
+    w.pick(101.5);
+    QCOMPARE(S().Fourier.Range.LeftIdx, Integer(3));
+    w.pick(106.5);
+    QCOMPARE(S().Fourier.Range.RightIdx, Integer(7));
+    QCOMPARE(S().Fourier.Range.LeftHJD, 101.5);
+    QCOMPARE(S().Fourier.Range.RightHJD, 106.5);
+}
+
+void FourierTest::mouseOutsideBoxOrOtherButton()
+{
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
+    Window w;
+    w.open();
+    RangePick& r = S().Fourier.Range;
+    const QString caption = w.form.caption();
+    fourierMouseDown(w.view, 2, S().PlotLeft - 1, 2000);
+    fourierMouseDown(w.view, 2, 3000, S().PlotBottom + 1);
+    QCOMPARE(w.form.caption(), caption);
+    QCOMPARE(r.LeftSet, rt::False);
+    QCOMPARE(r.RightSet, rt::False);
+
+    // On the edge counts as inside; the time comes from the place across the box.
+    fourierMouseDown(w.view, 2, S().PlotLeft, S().PlotTop);
+    QCOMPARE(r.LeftSet, rt::True);
+    QCOMPARE(r.LeftHJD, S().HJDMin);
+    QCOMPARE(r.LeftIdx, Integer(1));
+
+    // Another button inside only works out whether the range is complete.
+    r.RightSet = rt::True;
+    QCOMPARE(r.RangeSet, rt::False);
+    fourierMouseDown(w.view, 1, 4000, 2000);
+    QCOMPARE(r.RangeSet, rt::True);
+    QCOMPARE(r.LeftIdx, Integer(1));
+    QCOMPARE(w.form.caption(), QStringLiteral("Fit Fourier - RIGHT-CLICK AT (right) END OF RANGE."));
+    r.RightSet = rt::False;
+    fourierMouseDown(w.view, 1, S().PlotRight + 1, 2000);
+    QCOMPARE(r.RangeSet, rt::True);
+}
+
+void FourierTest::oldMarkerPaintedOverInWhite()
+{
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
+    Window w;
+    w.open();
+    w.form.strokes.clear();
+    w.pick(2451234.53);
+    // Before any marker was drawn, the erasing line goes at x = 0.
+    QCOMPARE(w.form.strokes.size(), std::size_t(2));
+    QCOMPARE(w.form.strokes[0].colour, colours::white);
+    QCOMPARE(w.form.strokes[0].x1, 0.0);
+    QCOMPARE(w.form.strokes[1].colour, colours::purple);
+    const double first = w.xOf(2451234.53);
+    QCOMPARE(w.form.strokes[1].x1, first);
+    QCOMPARE(w.form.strokes[1].y1, S().PlotTop);
+    QCOMPARE(w.form.strokes[1].y2, S().PlotBottom);
+    w.pick(2451234.54);
+    QCOMPARE(w.form.strokes[2].colour, colours::white);
+    QCOMPARE(w.form.strokes[2].x1, first);
+    QCOMPARE(w.form.strokes[3].x1, w.xOf(2451234.54));
+}
+
+void FourierTest::updateWithoutRange()
+{
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
+    Window w;
+    w.open();
+    w.pick(2451234.53); // one end only
+    const double before = S().Fourier.FourierPar(3);
+    w.type({"1", "2", "3", "4", "5", "6", "7", "8"});
+    MessageRecorder messages;
+    updateFourier(w.view);
+    QCOMPARE(messages.messages(), QStringList{QStringLiteral("Select range first")});
+    QCOMPARE(S().Fourier.FourierPar(3), before);
+    QCOMPARE(S().Fourier.ParEntered, rt::False);
+    QCOMPARE(w.plots, 1);
+}
+
+void FourierTest::updateReadsBoxes_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<double>("value");
+    QTest::newRow("not a number") << "abc" << 0.0;
+    QTest::newRow("leading number") << "12abc" << 12.0;
+    QTest::newRow("empty") << "" << 0.0;
+    QTest::newRow("blanks before") << "  31.5" << 31.5;
+    QTest::newRow("exponent") << "1E-3" << 0.001;
+    QTest::newRow("no leading zero") << "-.25" << -0.25;
+}
+
+void FourierTest::updateReadsBoxes()
+{
+    QFETCH(QString, text);
+    QFETCH(double, value);
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
+    Window w;
+    w.open();
+    w.pick(2451234.53);
+    w.pick(2451234.61);
+    QStringList texts = nearStart;
+    texts[4] = text; // A2
+    w.type(texts);
+    updateFourier(w.view);
+    QCOMPARE(S().Fourier.FourierPar(5), value);
+    QCOMPARE(S().Fourier.FourierPar(1), 2451234.566);
+    QCOMPARE(S().Fourier.ParEntered, rt::True);
+    QCOMPARE(S().Fourier.FourierFitDone, rt::False);
+    QVERIFY(w.form.controlText(QStringLiteral("Text5")).isEmpty());
+}
+
+void FourierTest::updateDrawsThickCurve()
+{
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
+    Window w;
+    w.open();
+    w.pick(2451234.53);
+    w.pick(2451234.61);
+    w.type(nearStart);
+    const int plots = w.plots;
+    updateFourier(w.view);
+    QCOMPARE(w.plots, plots + 1);
+
+    const Session& s = S();
+    const FourierState& f = s.Fourier;
+    const Integer first = f.Range.LeftIdx, last = f.Range.RightIdx;
+    const double step = (s.HJD(last) - s.HJD(first)) / 100;
+    Par typed;
+    for (int k = 1; k <= 8; ++k)
+        typed.v[k] = rt::Val(nearStart[k - 1]);
+    for (int i = 0; i <= 100; ++i) {
+        QCOMPARE(f.CurveT(i), s.HJD(first) + i * step);
+        DIP_COMPARE_REL(f.CurveM(i), model(f.CurveT(i), typed), 1e-13);
+    }
+    const auto blue = w.form.ofColour(colours::blue);
+    QCOMPARE(blue.size(), std::size_t(100 * 21));
+    auto px = [&](double t) { return s.PlotLeft + s.PlotWidth * (t - s.HJDMin) / s.HJDRange; };
+    auto py = [&](double m) { return s.PlotTop + s.PlotHeight * (m - s.MagMin) / s.MagRange; };
+    for (int i = 1; i <= 100; ++i) {
+        for (int d = -10; d <= 10; ++d) {
+            const Stroke& st = blue[static_cast<std::size_t>((i - 1) * 21 + (d + 10))];
+            DIP_COMPARE_REL(st.x1, px(f.CurveT(i - 1)), 1e-12);
+            DIP_COMPARE_REL(st.x2, px(f.CurveT(i)), 1e-12);
+            DIP_COMPARE_REL(st.y1, py(f.CurveM(i - 1)) + d, 1e-12);
+            DIP_COMPARE_REL(st.y2, py(f.CurveM(i)) + d, 1e-12);
+        }
+    }
+}
+
+void FourierTest::redrawIsThin()
+{
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
+    Window w;
+    w.open();
+    w.pick(2451234.53);
+    w.pick(2451234.61);
+    w.type(nearStart);
+    updateFourier(w.view);
+    const auto thick = w.form.ofColour(colours::blue);
+    redrawFourierWindow(w.view);
+    const auto thin = w.form.ofColour(colours::blue);
+    QCOMPARE(thin.size(), std::size_t(100));
+    for (int i = 1; i <= 100; ++i) {
+        const Stroke& a = thin[static_cast<std::size_t>(i - 1)];
+        const Stroke& b = thick[static_cast<std::size_t>((i - 1) * 21 + 10)]; // the unshifted stroke
+        QCOMPARE(a.x1, b.x1);
+        QCOMPARE(a.y1, b.y1);
+        QCOMPARE(a.x2, b.x2);
+        QCOMPARE(a.y2, b.y2);
+    }
+}
+
+void FourierTest::fitWithoutRange()
+{
+    QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
+    Window w;
+    w.open();
+    w.pick(2451234.61); // the right end only
+    MessageRecorder messages;
+    const long long evaluations = marquardtCounts().evaluations;
+    const FourierFitOutcome outcome = fitFourier(w.view);
+    QVERIFY(!outcome.fitted);
+    QCOMPARE(messages.messages(), QStringList{QStringLiteral("Select range first")});
+    QCOMPARE(marquardtCounts().evaluations, evaluations);
+    QVERIFY(mainForm().text(5).isEmpty());
+    QVERIFY(!mainForm().checked(5));
+    QCOMPARE(S().Fourier.FourierFitDone, rt::False);
+}
+
+void FourierTest::fitPublishesAndRewritesBoxes()
+{
+    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    w.type(nearStart);
+    updateFourier(w.view);
+    MessageRecorder messages;
+    const FourierFitOutcome outcome = fitFourier(w.view);
+    QVERIFY(messages.messages().isEmpty());
+    QVERIFY(outcome.fitted);
+
+    const FourierState& f = S().Fourier;
+    QCOMPARE(mainForm().text(5), rt::LTrim(FormatFixed(f.FourierPar(1), 14, 5)));
+    QCOMPARE(mainForm().text(11), rt::LTrim(FormatFixed(std::sqrt(f.Covar(8, 8)), 14, 5)));
+    QVERIFY(mainForm().checked(5));
+    QCOMPARE(outcome.time, f.FourierPar(1));
+    QCOMPARE(outcome.error, std::sqrt(f.Covar(8, 8)));
+    QCOMPARE(w.form.caption(), QStringLiteral("Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."));
+    for (int k = 1; k <= 8; ++k) {
+        QCOMPARE(w.box(k), FormatFixed(f.FourierPar(k), 9, 5));
+        QCOMPARE(f.ParEdited(k), rt::False);
+    }
+    // Nine characters: a time of seven whole digits keeps one decimal only.
+    QCOMPARE(w.box(1).size(), 9);
+    QVERIFY(w.box(1).startsWith(QStringLiteral("2451234.")));
+    QCOMPARE(f.ParEntered, rt::False);
+    QCOMPARE(f.FourierFitDone, rt::True);
+    // The solver's vector comes back into the boxes' order.
+    QCOMPARE(f.FourierPar(1), f.FitA(8));
+    QCOMPARE(f.FourierPar(2), f.FitA(6));
+    QCOMPARE(f.FourierPar(3), f.FitA(7));
+    for (int k = 4; k <= 8; ++k)
+        QCOMPARE(f.FourierPar(k), f.FitA(k - 3));
+    // The parameters from before the fit are kept for Undo, in the solver's order.
+    const ParVector start = solverOrder(nearStart);
+    for (int j = 1; j <= 8; ++j)
+        QCOMPARE(f.FitAUndo(j), start(j));
+    // The fit lands near the true time, and the thick fitted curve is drawn.
+    QVERIFY(std::abs(f.FourierPar(1) - truth.v[1]) < 1e-3);
+    QCOMPARE(w.form.ofColour(colours::blue).size(), std::size_t(2 * 100 * 21));
+}
+
+void FourierTest::loopStopsAtFirstSmallGain()
+{
+    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    // A start far enough off that the loop sees refused steps and large gains first.
+    const QStringList farStart = {"2451234.56", "12.4", "22", ".2", ".1", ".05", ".01", ".005"};
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    const Trace trace = traceSchedule(S().Fourier.Range.LeftIdx, S().Fourier.Range.RightIdx, solverOrder(farStart));
+    w.type(farStart);
+    updateFourier(w.view);
+    const FourierFitOutcome outcome = fitFourier(w.view);
+    QCOMPARE(outcome.loopCalls, trace.loopCalls);
+    for (int j = 1; j <= 8; ++j)
+        QCOMPARE(S().Fourier.FitA(j), trace.a(j));
+
+    // Every earlier call either left chi-square as it was (refused, or equal) or lowered it by
+    // ten per cent or more; the last one lowered it by less.
+    int refused = 0, large = 0;
+    for (int c = 1; c < trace.loopCalls; ++c) {
+        const double old = trace.chisq[static_cast<std::size_t>(c - 1)];
+        const double now = trace.chisq[static_cast<std::size_t>(c)];
+        QVERIFY(now == old || now <= 0.9 * old);
+        refused += now == old;
+        large += now < old;
+    }
+    QVERIFY(refused > 0);
+    QVERIFY(large > 0);
+    const double old = trace.chisq[static_cast<std::size_t>(trace.loopCalls - 1)];
+    const double last = trace.chisq[static_cast<std::size_t>(trace.loopCalls)];
+    QVERIFY(last < old && last > 0.9 * old);
+}
+
+void FourierTest::cannotImproveRunsAll501()
+{
+    // Points exactly on the model of the typed values: chi-square is 0 and stays 0, so no
+    // call can lower it and the loop runs to its end; the damping underflows to 0 on the way.
+    const Par start = {{0, 2451234.5, 12, 25, 0.25, 0.125, 0.0625, 0.03125, 0.015625}};
+    const QStringList texts = {"2451234.5", "12", "25", ".25", ".125", ".0625", ".03125", ".015625"};
+    QVERIFY(load(dipCurve(start, 80, 2451234.42, 2451234.58, 0, 1)));
+    Window w;
+    w.open();
+    w.pick(2451234.43);
+    w.pick(2451234.57);
+    w.type(texts);
+    updateFourier(w.view);
+    MessageRecorder messages;
+    const FourierFitOutcome outcome = fitFourier(w.view);
+    QCOMPARE(outcome.loopCalls, 501);
+    QVERIFY(messages.messages().isEmpty());
+    QCOMPARE(S().Fourier.Chisq, 0.0);
+    QCOMPARE(S().Fourier.Alamda, 0.0);
+    QCOMPARE(S().Fourier.FourierPar(1), 2451234.5);
+    QCOMPARE(mainForm().text(5), QStringLiteral("2451234.50000"));
+}
+
+void FourierTest::zeroAmplitudesSingularOnEveryIteration()
+{
+    // With all amplitudes 0 the model no longer depends on W and Xo. The times are whole days
+    // and W is 2 pi, so cos(k u) is exactly 1 and the amplitudes get no gradient either: they
+    // stay 0, and every call of the solver meets the singular matrix.
+    std::vector<std::pair<double, double>> points;
+    for (int i = 1; i <= 20; ++i)
+        points.push_back({double(i), 12.0 + 0.01 * ((i * 7) % 5) + (i == 10 ? 0.1 : 0.0)});
+    QVERIFY(load(points));
+    Window w;
+    w.open();
+    w.pick(1.5);
+    w.pick(19.5);
+    QCOMPARE(S().Fourier.Range.RangeSet, rt::True);
+    w.type({"10", "12", "6.283185307179586", "0", "0", "0", "0", "0"});
+    updateFourier(w.view);
+    MessageRecorder messages;
+    const FourierFitOutcome outcome = fitFourier(w.view);
+    QVERIFY(outcome.fitted);
+    QCOMPARE(messages.messages().size(), 1 + outcome.loopCalls + 1);
+    QCOMPARE(messages.messages().count(QStringLiteral("Singular matrix 2")), messages.messages().size());
+    for (int k = 4; k <= 8; ++k)
+        QCOMPARE(S().Fourier.FourierPar(k), 0.0);
+    // C has gone to the mean of the range; the result is shown whatever it is.
+    QCOMPARE(mainForm().text(5), QStringLiteral("10.00000"));
+    QVERIFY(mainForm().checked(5));
+}
+
+void FourierTest::secondFitClickChangesNothing()
+{
+    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    w.type(nearStart);
+    updateFourier(w.view);
+    fitFourier(w.view);
+    const QString time = mainForm().text(5), error = mainForm().text(11);
+    const auto par = S().Fourier.FourierPar;
+    const int plots = w.plots;
+    const std::size_t strokes = w.form.strokes.size();
+    w.type({"1", "2", "3", "4", "5", "6", "7", "8"});
+    const long long evaluations = marquardtCounts().evaluations;
+    MessageRecorder messages;
+    const FourierFitOutcome again = fitFourier(w.view);
+    QVERIFY(!again.fitted);
+    QVERIFY(messages.messages().isEmpty());
+    QCOMPARE(marquardtCounts().evaluations, evaluations);
+    QCOMPARE(mainForm().text(5), time);
+    QCOMPARE(mainForm().text(11), error);
+    for (int k = 1; k <= 8; ++k)
+        QCOMPARE(S().Fourier.FourierPar(k), par(k));
+    QCOMPARE(w.box(1), QStringLiteral("1"));
+    QCOMPARE(w.plots, plots);
+    QCOMPARE(w.form.strokes.size(), strokes);
+}
+
+void FourierTest::undoRestoresAndRangeMustBePickedAgain()
+{
+    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    w.type(nearStart);
+    updateFourier(w.view);
+    const FourierFitOutcome first = fitFourier(w.view);
+    const QString caption = w.form.caption();
+    const int plots = w.plots;
+
+    undoFourier(w.view);
+    const FourierState& f = S().Fourier;
+    for (int k = 1; k <= 8; ++k) {
+        QCOMPARE(f.FourierPar(k), rt::Val(nearStart[k - 1]));
+        QCOMPARE(w.box(k), FormatFixed(f.FourierPar(k), 8, 5));
+    }
+    QCOMPARE(w.box(1), QStringLiteral("2451234."));
+    QCOMPARE(w.box(4), QStringLiteral(" 0.25000"));
+    QCOMPARE(f.Alamda, -1.0);
+    QCOMPARE(f.Range.LeftSet, rt::False);
+    QCOMPARE(f.Range.RightSet, rt::False);
+    QCOMPARE(f.Range.RangeSet, rt::False);
+    QCOMPARE(f.FourierFitDone, rt::False);
+    QVERIFY(w.form.controlText(QStringLiteral("Label8")).isEmpty());
+    QVERIFY(w.form.controlText(QStringLiteral("Label10")).isEmpty());
+    QCOMPARE(w.plots, plots + 1);
+    QVERIFY(w.form.ofColour(colours::blue).empty());
+    QVERIFY(mainForm().text(5).isEmpty());
+    QVERIFY(mainForm().text(11).isEmpty());
+    QVERIFY(mainForm().checked(5));
+    QCOMPARE(w.form.caption(), caption);
+
+    MessageRecorder messages;
+    QVERIFY(!fitFourier(w.view).fitted);
+    QCOMPARE(messages.messages(), QStringList{QStringLiteral("Select range first")});
+
+    // Picked again, the same range and start give the same fit (the boxes now hold the
+    // truncated Xo, but they are read only after an Update).
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    const FourierFitOutcome second = fitFourier(w.view);
+    QVERIFY(second.fitted);
+    QCOMPARE(second.time, first.time);
+    QCOMPARE(second.error, first.error);
+}
+
+void FourierTest::displayedTimeAddsHJDOffset()
+{
+    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    S().HJDOffset = 2400000; // nothing in the program sets it; it is added all the same
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    w.type(nearStart);
+    updateFourier(w.view);
+    const FourierFitOutcome outcome = fitFourier(w.view);
+    const double xo = S().Fourier.FourierPar(1);
+    QCOMPARE(outcome.time, xo);
+    QCOMPARE(mainForm().text(5), rt::LTrim(FormatFixed(2400000 + xo, 14, 5)));
+    QCOMPARE(w.box(1), FormatFixed(xo, 9, 5));
+    QVERIFY(mainForm().text(5).startsWith(QStringLiteral("4851234.")));
+    S().HJDOffset = 0;
+}
+
+void FourierTest::methodButtonRedrawsMarkersAndCurve()
+{
+    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    Window w;
+    w.open();
+    QVERIFY(w.form.ofColour(colours::purple).empty());
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    w.open();
+    auto purple = w.form.ofColour(colours::purple);
+    QCOMPARE(purple.size(), std::size_t(2));
+    QCOMPARE(purple[0].x1, w.xOf(2451234.51));
+    QCOMPARE(purple[1].x1, w.xOf(2451234.63));
+    QCOMPARE(S().Fourier.Range.LeftMarkX, w.xOf(2451234.51));
+    QVERIFY(w.form.ofColour(colours::blue).empty());
+
+    w.type(nearStart);
+    updateFourier(w.view);
+    fitFourier(w.view);
+    w.open();
+    QCOMPARE(w.form.ofColour(colours::purple).size(), std::size_t(2));
+    QCOMPARE(w.form.ofColour(colours::blue).size(), std::size_t(100));
+}
+
+void FourierTest::parEditedFlags()
+{
+    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    for (int k = 1; k <= 8; ++k)
+        QCOMPARE(S().Fourier.ParEdited(k), rt::True);
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    w.type(nearStart);
+    updateFourier(w.view);
+    fitFourier(w.view);
+    for (int k = 1; k <= 8; ++k)
+        QCOMPARE(S().Fourier.ParEdited(k), rt::False);
+    fourierParEdited(3);
+    QCOMPARE(S().Fourier.ParEdited(3), rt::True);
+    QCOMPARE(S().Fourier.ParEdited(2), rt::False);
+}
+
+void FourierTest::syntheticDipRecoversXo()
+{
+    // Points from the model itself with a known Xo, the fit started well away from it.
+    QVERIFY(load(dipCurve(truth, 300, 2451234.47, 2451234.67, 0, 1)));
+    Window w;
+    w.open();
+    w.pick(2451234.48);
+    w.pick(2451234.66);
+    w.type({"2451234.57", "12.4", "28", ".2", ".1", ".05", ".01", ".005"});
+    updateFourier(w.view);
+    const FourierFitOutcome outcome = fitFourier(w.view);
+    QVERIFY(outcome.fitted);
+    QVERIFY(std::abs(outcome.time - truth.v[1]) < 1e-8);
+    QCOMPARE(mainForm().text(5), QStringLiteral("2451234.56780"));
+    DIP_COMPARE_REL(S().Fourier.FourierPar(3), truth.v[3], 1e-6);
+    DIP_COMPARE_REL(S().Fourier.FourierPar(2), truth.v[2], 1e-9);
+}
+
+void FourierTest::replayMatchesWindow()
+{
+    const auto points = dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3);
+    QVERIFY(load(points));
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    w.type(nearStart);
+    updateFourier(w.view);
+    const FourierFitOutcome outcome = fitFourier(w.view);
+    const QString time = mainForm().text(5), error = mainForm().text(11);
+
+    QVERIFY(load(points));
+    const ReplayResult r = ReplayFourier({2451234.51, 2451234.63}, nearStart);
+    QVERIFY(r.published);
+    QCOMPARE(r.time, outcome.time);
+    QCOMPARE(r.error, outcome.error);
+    QCOMPARE(mainForm().text(5), time);
+    QCOMPARE(mainForm().text(11), error);
+    // Clicks outside the plotted times are not clicks on the plot.
+    QVERIFY(load(points));
+    MessageRecorder messages;
+    QVERIFY(!ReplayFourier({2451234.0, 2451234.63}, nearStart).published);
+    QCOMPARE(messages.messages(), QStringList({QStringLiteral("Select range first"), QStringLiteral("Select range first")}));
+}
+
+void FourierTest::replayWithoutStartUsesLoadValues()
+{
+    const auto points = dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3);
+    QVERIFY(load(points));
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    const FourierFitOutcome outcome = fitFourier(w.view);
+    QVERIFY(outcome.fitted);
+
+    QVERIFY(load(points));
+    const ReplayResult r = ReplayFourier({2451234.63, 2451234.51}, std::nullopt);
+    QVERIFY(r.published);
+    QCOMPARE(r.time, outcome.time);
+    QCOMPARE(r.error, outcome.error);
+}
+
+QTEST_GUILESS_MAIN(FourierTest)
+#include "tst_fourier.moc"
