@@ -22,6 +22,7 @@ constexpr int TitleTop = 120;  // twips
 constexpr int MinimumWidth = 200; // pixels
 constexpr int StartWidth = 640;   // pixels
 constexpr int StartHeight = 480;  // pixels, replaced by the layout at once
+constexpr int ParagraphPoints = 8;
 
 int toPixels(double twips) { return static_cast<int>(std::lround(twips / TwipsPerPixel)); }
 
@@ -69,8 +70,12 @@ frmHelp::frmHelp(QWidget* parent) : QWidget(parent, Qt::Window)
     titleFont.setBold(true);
     m_label0->setFont(titleFont);
 
+    // 8 points: a character then takes close to the 15000 square twips the layout estimates.
+    QFont paragraphFont = font();
+    paragraphFont.setPointSize(ParagraphPoints);
     for (int k = 1; k <= LabelCount; ++k) {
         auto* label = new QLabel(this);
+        label->setFont(paragraphFont);
         label->setObjectName(QStringLiteral("Label1_%1").arg(k));
         label->setWordWrap(true);
         label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
