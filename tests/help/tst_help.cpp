@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
+#include "ExactEstimate.h"
 #include "ExpectedHelpTexts.h"
 #include "help/AboutTexts.h"
 #include "help/HelpLayout.h"
@@ -11,18 +12,6 @@
 using namespace dip::test;
 
 namespace {
-
-// A paragraph's estimated height worked out in whole numbers: (15000 c + 400 w) / w, rounded
-// to the nearest, halves to even. Widths are whole twips.
-long long exactEstimate(long long chars, long long width)
-{
-    const long long numerator = 15000 * chars + 400 * width;
-    long long quotient = numerator / width;
-    const long long remainder = numerator % width;
-    if (2 * remainder > width || (2 * remainder == width && quotient % 2 != 0))
-        ++quotient;
-    return quotient;
-}
 
 struct ExactLayout {
     std::vector<long long> tops;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
+#include "ExactEstimate.h"
 #include "ExpectedHelpTexts.h"
 #include "help/HelpEntries.h"
 #include "help/frmAbout.h"
@@ -19,17 +20,6 @@ using namespace dip::test;
 namespace {
 
 constexpr int TwipsPerPixel = 15;
-
-// Rounded half to even, in whole numbers: (15000 c + 400 w) / w.
-long long exactEstimate(long long chars, long long width)
-{
-    const long long numerator = 15000 * chars + 400 * width;
-    long long quotient = numerator / width;
-    const long long remainder = numerator % width;
-    if (2 * remainder > width || (2 * remainder == width && quotient % 2 != 0))
-        ++quotient;
-    return quotient;
-}
 
 int pixels(long long twips) { return static_cast<int>(std::lround(double(twips) / TwipsPerPixel)); }
 
