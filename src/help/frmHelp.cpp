@@ -4,6 +4,7 @@
 
 #include <QCloseEvent>
 #include <QLabel>
+#include <QMoveEvent>
 #include <QPointer>
 #include <QResizeEvent>
 
@@ -144,7 +145,8 @@ void frmHelp::Form_Resize()
     for (std::size_t k = 0; k < layout.tops.size(); ++k) {
         QLabel* label = m_label1[k];
         // A word-wrapped label grows to its text; an empty one has no height.
-        label->setGeometry(left, toPixels(layout.tops[k]), labelWidth, std::max(0, label->heightForWidth(labelWidth)));
+        const int height = std::max(0, label->heightForWidth(labelWidth));
+        label->setGeometry(left, toPixels(layout.tops[k]), labelWidth, height);
     }
 
     // The rule gives the outer height; the frame's share comes off for the inner one.
@@ -158,6 +160,15 @@ void frmHelp::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     Form_Resize();
+}
+
+// The window manager frames the window after it is shown, which moves its inner area; the
+// frame's height is only then known, so the window's height is worked out again.
+void frmHelp::moveEvent(QMoveEvent* event)
+{
+    QWidget::moveEvent(event);
+    if (isVisible())
+        Form_Resize();
 }
 
 void frmHelp::closeEvent(QCloseEvent* event)
