@@ -145,8 +145,8 @@ void frmHelp::Form_Resize()
     for (std::size_t k = 0; k < layout.tops.size(); ++k) {
         QLabel* label = m_label1[k];
         // A word-wrapped label grows to its text; an empty one has no height.
-        const int height = std::max(0, label->heightForWidth(labelWidth));
-        label->setGeometry(left, toPixels(layout.tops[k]), labelWidth, height);
+        const int labelHeight = std::max(0, label->heightForWidth(labelWidth));
+        label->setGeometry(left, toPixels(layout.tops[k]), labelWidth, labelHeight);
     }
 
     // The rule gives the outer height; the frame's share comes off for the inner one.
