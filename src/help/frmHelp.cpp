@@ -2,6 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "help/frmHelp.h"
 
+#include "runtime/Twips.h"
+
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMoveEvent>
@@ -15,7 +17,6 @@ namespace dip {
 
 namespace {
 
-constexpr int TwipsPerPixel = 15;
 constexpr int LabelLeft = 240; // twips
 constexpr int TitleTop = 120;  // twips
 // Narrower than this the estimates would no longer fit in 16 bits and the layout would end the
