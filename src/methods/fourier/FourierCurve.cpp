@@ -3,27 +3,11 @@
 #include "methods/fourier/FourierFit.h"
 
 #include "methods/marquardt/Marquardt.h"
+#include "plotting/PlotBox.h"
 #include "runtime/Numeric.h"
 #include "session/Session.h"
 
 namespace dip {
-
-namespace {
-
-// The plot's scaling with the current extents: time across, magnitude down.
-double plotX(double t)
-{
-    const Session& s = S();
-    return s.PlotLeft + rt::div(s.PlotWidth * (t - s.HJDMin), s.HJDRange);
-}
-
-double plotY(double m)
-{
-    const Session& s = S();
-    return s.PlotTop + rt::div(s.PlotHeight * (m - s.MagMin), s.MagRange);
-}
-
-} // namespace
 
 void DrawFourierCurve(FormPort& form)
 {
@@ -43,12 +27,13 @@ void DrawFourierCurve(FormPort& form)
     }
 
     // Thick: every segment drawn 21 times, shifted vertically by -10 .. +10 twips.
+    const PlotScale scale = CurrentScale();
     form.setForeColor(colours::blue);
-    double x0 = plotX(f.CurveT(0));
-    double y0 = plotY(f.CurveM(0));
+    double x0 = PlotX(scale, f.CurveT(0));
+    double y0 = PlotY(scale, f.CurveM(0));
     for (int i = 1; i <= 100; ++i) {
-        const double x1 = plotX(f.CurveT(i));
-        const double y1 = plotY(f.CurveM(i));
+        const double x1 = PlotX(scale, f.CurveT(i));
+        const double y1 = PlotY(scale, f.CurveM(i));
         for (int d = -10; d <= 10; ++d)
             form.line(x0, y0 + d, x1, y1 + d);
         x0 = x1;
@@ -59,11 +44,13 @@ void DrawFourierCurve(FormPort& form)
 void RedrawFourierCurve(FormPort& form)
 {
     const FourierState& f = S().Fourier;
+    const PlotScale scale = CurrentScale();
     form.setForeColor(colours::blue);
     // Thin: one stroke per segment, from the points stored by the last DrawFourierCurve.
-    form.line(plotX(f.CurveT(0)), plotY(f.CurveM(0)), plotX(f.CurveT(1)), plotY(f.CurveM(1)));
+    form.line(PlotX(scale, f.CurveT(0)), PlotY(scale, f.CurveM(0)), PlotX(scale, f.CurveT(1)),
+              PlotY(scale, f.CurveM(1)));
     for (int i = 2; i <= 100; ++i)
-        form.lineTo(plotX(f.CurveT(i)), plotY(f.CurveM(i)));
+        form.lineTo(PlotX(scale, f.CurveT(i)), PlotY(scale, f.CurveM(i)));
 }
 
 } // namespace dip

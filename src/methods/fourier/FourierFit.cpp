@@ -3,6 +3,7 @@
 #include "methods/fourier/FourierFit.h"
 
 #include "methods/marquardt/Marquardt.h"
+#include "plotting/PlotBox.h"
 #include "runtime/MsgBox.h"
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
@@ -57,11 +58,10 @@ void drawMarkerAt(FormPort& form, double x)
 // remembered end times.
 void redrawMarkers(FormPort& form)
 {
-    Session& s = S();
-    RangePick& r = s.Fourier.Range;
-    r.LeftMarkX = s.PlotLeft + rt::div(s.PlotWidth * (r.LeftHJD - s.HJDMin), s.HJDRange);
+    RangePick& r = S().Fourier.Range;
+    r.LeftMarkX = PlotX(CurrentScale(), r.LeftHJD);
     drawMarkerAt(form, r.LeftMarkX);
-    r.RightMarkX = s.PlotLeft + rt::div(s.PlotWidth * (r.RightHJD - s.HJDMin), s.HJDRange);
+    r.RightMarkX = PlotX(CurrentScale(), r.RightHJD);
     drawMarkerAt(form, r.RightMarkX);
 }
 

@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "methods/fourier/FourierFit.h"
 
+#include "plotting/PlotBox.h"
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
 #include "session/Session.h"
@@ -22,7 +23,7 @@ void fourierMouseDown(FourierView& view, int button, double x, double y)
         return;
     }
     const double fraction = rt::div(x - s.PlotLeft, s.PlotWidth);
-    const double clickHJD = s.HJDMin + s.HJDRange * fraction;
+    const double clickHJD = PlotTimeAt(CurrentScale(), x);
     pickFourierEnd(view, x, clickHJD, fraction);
 }
 

@@ -53,36 +53,54 @@ const HarmonicsCache& harmonicsFor(const double* x, int n, double w, double xo)
     return c;
 }
 
+// Row j of alpha holds alpha(j, k) at column k - 1 for k = 1..j; rows 1 to 4 are four wide,
+// rows 5 to 8 eight wide, so that every row is a whole number of vector lanes. The lanes past
+// the diagonal (and the rows and lanes past mfit) are worked too and never read.
 struct Sums {
-    double alpha[9][9] = {};
-    double beta[9] = {};
+    alignas(32) double alpha[8][8] = {};
+    alignas(32) double beta[8] = {};
     double chisq = 0;
 };
 
 // One pass over the points. Each sum is its own accumulator running over i = 1..n in order,
-// so the unrolled form for all eight parameters in order gives the same bits as the general
-// one.
-template <bool allInOrder>
+// and each lane of a vector operation is the same IEEE multiplication or addition as the plain
+// loop's, so the sums come out bit for bit as the plain loops give them.
 void accumulate(Sums& sums, const double* x, const double* y, const double* sig, int n, const double a[9],
                 const int li[9], int mfit)
 {
-    if (allInOrder)
-        mfit = 8;
     const HarmonicsCache& h = harmonicsFor(x, n, a[7], a[8]);
+    // The sums are local while they run, so that they can stay in registers.
+    alignas(32) double alpha[8][8] = {};
+    alignas(32) double beta[8] = {};
+    double chisq = 0;
     double dyda[9] = {};
     for (int i = 1; i <= n; ++i) {
         const double ymod = fourierkernel::model(a, h.dx[i], h.cm1[i], h.sn[i], dyda);
         const double sig2 = finite(sig[i] * sig[i]);
         const double sig2i = sig2 != 0 ? finite(1 / sig2) : rt::div(1, sig2);
         const double dy = y[i] - ymod;
-        for (int j = 1; j <= mfit; ++j) {
-            const double wt = dyda[allInOrder ? j : li[j]] * sig2i;
-            for (int k = 1; k <= j; ++k)
-                sums.alpha[j][k] = sums.alpha[j][k] + wt * dyda[allInOrder ? k : li[k]];
-            sums.beta[j] = sums.beta[j] + dy * wt;
-        }
-        sums.chisq = sums.chisq + dy * dy * sig2i;
+
+        // The derivatives in lista order, and the weights wt(j) = dyda(lista(j)) / sig_i^2.
+        alignas(32) double d[8];
+        for (int j = 0; j < 8; ++j)
+            d[j] = j < mfit ? dyda[li[j + 1]] : 0.0;
+        alignas(32) double wt[8];
+        for (int j = 0; j < 8; ++j)
+            wt[j] = d[j] * sig2i;
+
+        for (int j = 0; j < 4; ++j)
+            for (int k = 0; k < 4; ++k)
+                alpha[j][k] = alpha[j][k] + wt[j] * d[k];
+        for (int j = 4; j < 8; ++j)
+            for (int k = 0; k < 8; ++k)
+                alpha[j][k] = alpha[j][k] + wt[j] * d[k];
+        for (int j = 0; j < 8; ++j)
+            beta[j] = beta[j] + dy * wt[j];
+        chisq = chisq + dy * dy * sig2i;
     }
+    std::memcpy(sums.alpha, alpha, sizeof alpha);
+    std::memcpy(sums.beta, beta, sizeof beta);
+    sums.chisq = chisq;
 }
 
 } // namespace
@@ -121,24 +139,19 @@ void MarquardtCoefficients(const FitArray& x, const FitArray& y, const FitArray&
             p[j] = a(j);
         ParVector dydaBounds;
         int li[9] = {};
-        bool inOrder = mfit == 8;
         for (int j = 1; j <= mfit; ++j) {
             dydaBounds(lista(j));
             li[j] = lista(j);
-            inOrder = inOrder && li[j] == j;
         }
-        if (inOrder)
-            accumulate<true>(sums, &x(0), &y(0), &sig(0), ndata, p, li, mfit);
-        else
-            accumulate<false>(sums, &x(0), &y(0), &sig(0), ndata, p, li, mfit);
+        accumulate(sums, &x(0), &y(0), &sig(0), ndata, p, li, mfit);
     }
 
     // Once infinite, a sum stays infinite or undefined, so checking the totals catches every
     // overflow on the way.
     for (int j = 1; j <= mfit; ++j) {
         for (int k = 1; k <= j; ++k)
-            alpha(j, k) = rt::fin(sums.alpha[j][k]);
-        beta(j, 1) = rt::fin(sums.beta[j]);
+            alpha(j, k) = rt::fin(sums.alpha[j - 1][k - 1]);
+        beta(j, 1) = rt::fin(sums.beta[j - 1]);
     }
     chisq = rt::fin(sums.chisq);
 
