@@ -77,7 +77,7 @@ void accumulate(Sums& sums, const double* x, const double* y, const double* sig,
     for (int i = 1; i <= n; ++i) {
         const double ymod = fourierkernel::model(a, h.dx[i], h.cm1[i], h.sn[i], dyda);
         const double sig2 = finite(sig[i] * sig[i]);
-        const double sig2i = sig2 != 0 ? finite(1 / sig2) : rt::div(1, sig2);
+        const double sig2i = rt::div(1, sig2);
         const double dy = y[i] - ymod;
 
         // The derivatives in lista order, and the weights wt(j) = dyda(lista(j)) / sig_i^2.
