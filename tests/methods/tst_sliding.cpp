@@ -12,7 +12,8 @@
 
 using namespace dip;
 
-namespace {
+namespace
+{
 
 // The method written out a second way, on plain vectors indexed from 0: the even grid with a
 // binary-search bracket, the window differences as two separate trapezoid sums, and the line
@@ -27,8 +28,7 @@ struct Reference {
     double T = 0, E = 0;
 };
 
-Reference reference(const std::vector<double>& t, const std::vector<double>& m, double slot0 = 0,
-                    double slotAfter = 0)
+Reference reference(const std::vector<double>& t, const std::vector<double>& m, double slot0 = 0, double slotAfter = 0)
 {
     Reference r;
     const int n = static_cast<int>(t.size());
@@ -92,7 +92,10 @@ Reference reference(const std::vector<double>& t, const std::vector<double>& m, 
 }
 
 // A dip of depth 0.8 mag and width sigma about c on a base of 11.
-double dipMag(double t, double c, double sigma) { return 11.0 + 0.8 * std::exp(-((t - c) / sigma) * ((t - c) / sigma)); }
+double dipMag(double t, double c, double sigma)
+{
+    return 11.0 + 0.8 * std::exp(-((t - c) / sigma) * ((t - c) / sigma));
+}
 
 void fill(rt::ObsArray& t, rt::ObsArray& m, const std::vector<double>& ts, const std::vector<double>& ms)
 {
@@ -115,7 +118,8 @@ std::vector<std::pair<double, double>> curveWithDeepestAt(int n, int deepest)
 
 } // namespace
 
-class SlidingTest : public QObject {
+class SlidingTest : public QObject
+{
     Q_OBJECT
 private Q_SLOTS:
     void init() { test::freshSession(); }

@@ -15,10 +15,12 @@
 
 using namespace dip;
 
-namespace {
+namespace
+{
 
 // The window in memory, recording what is drawn.
-class RecordingWindow : public TracingPaperMemory {
+class RecordingWindow : public TracingPaperMemory
+{
 public:
     struct Line {
         Rgb colour;
@@ -98,11 +100,15 @@ double mean(int i, int k)
     return sum / (2 * k + 1);
 }
 
-bool near(double a, double b, double tolerance = 1e-6) { return std::abs(a - b) <= tolerance; }
+bool near(double a, double b, double tolerance = 1e-6)
+{
+    return std::abs(a - b) <= tolerance;
+}
 
 } // namespace
 
-class TracingPaperTest : public QObject {
+class TracingPaperTest : public QObject
+{
     Q_OBJECT
 private Q_SLOTS:
     void init();
@@ -186,9 +192,15 @@ void TracingPaperTest::windowBoxRightAligned_data()
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("box");
     QTest::addColumn<QString>("result");
-    QTest::newRow("fraction of a day") << "0.4213" << "       0.42130" << "0.42130";
-    QTest::newRow("full date") << "2459123.4213" << " 2459123.42130" << "2459123.42130";
-    QTest::newRow("cut, not rounded") << "0.4213389" << "       0.42134" << "0.42134";
+    QTest::newRow("fraction of a day") << "0.4213"
+                                       << "       0.42130"
+                                       << "0.42130";
+    QTest::newRow("full date") << "2459123.4213"
+                               << " 2459123.42130"
+                               << "2459123.42130";
+    QTest::newRow("cut, not rounded") << "0.4213389"
+                                      << "       0.42134"
+                                      << "0.42134";
 }
 
 void TracingPaperTest::windowBoxRightAligned()

@@ -10,14 +10,15 @@
 
 #include <cmath>
 
-namespace dip {
+namespace dip
+{
 
 using rt::i16;
 using rt::Integer;
 using rt::ObsArray;
 
-void LineFit(const ObsArray& x, const ObsArray& y, Integer first, Integer last, double& a, double& b,
-             double& sigmaA, double& sigmaB, double& ssr)
+void LineFit(const ObsArray& x, const ObsArray& y, Integer first, Integer last, double& a, double& b, double& sigmaA,
+             double& sigmaB, double& ssr)
 {
     const double n = i16(i16(last - first) + 1);
     double sx = 0, sxx = 0, sy = 0, sxy = 0;
@@ -48,7 +49,8 @@ void LineFit(const ObsArray& x, const ObsArray& y, Integer first, Integer last, 
     }
 }
 
-namespace {
+namespace
+{
 
 // k = Int(n / 3) + 1 in doubles, stored as a 16-bit integer; delta = (t(n) - t(1)) / 3k.
 void gridSize(const ObsArray& t, Integer n, Integer& k, Integer& gridCount, double& delta)
@@ -129,7 +131,8 @@ void SlidingIntegrations(const ObsArray& t, const ObsArray& m, Integer n, double
     E = rt::sqrt(rt::div(ssr, k));
 }
 
-namespace {
+namespace
+{
 
 // The stretch of used points around the deepest one: 2 (NumPts - IdxMagMax) points ending
 // one before the last used point when the deepest lies near the end, the first 2 IdxMagMax

@@ -11,20 +11,21 @@
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
 
-namespace dip {
+namespace dip
+{
 
 // Least-squares line y = a + b x over the indexes first..last (N = last - first + 1 points),
 // with the standard errors of a and b, s sqrt(Sxx / D) and s sqrt(N / D) where
 // s = sqrt(SSR / (N - 1)) and D = N Sxx - Sx^2; they are 0 unless D > 0. A D of 0 raises the
 // runtime's division error in a or b; the standard errors never raise.
-void LineFit(const rt::ObsArray& x, const rt::ObsArray& y, rt::Integer first, rt::Integer last, double& a,
-             double& b, double& sigmaA, double& sigmaB, double& ssr);
+void LineFit(const rt::ObsArray& x, const rt::ObsArray& y, rt::Integer first, rt::Integer last, double& a, double& b,
+             double& sigmaA, double& sigmaB, double& ssr);
 
 // Resamples the n observations t, m onto the even grid GridHJD/GridMag of gridCount = 3k points
 // with step delta = (t(n) - t(1)) / 3k, k = Int(n / 3) + 1. The grid stops one step short of
 // t(n), deliberately.
-void ResampleEven(const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer n, rt::Integer& k,
-                  rt::Integer& gridCount, double& delta);
+void ResampleEven(const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer n, rt::Integer& k, rt::Integer& gridCount,
+                  double& delta);
 
 // Time of minimum T and estimated error E of the n observations t, m. Leaves the bounds of the
 // fit window, in grid indexes, in RangeFirst and RangeLast.
@@ -35,7 +36,7 @@ struct SlidingOutcome {
     bool published = false; // Text6, Text12 and Check6 were written
     double time = 0;        // HJDOffset + T
     double error = 0;
-    int trappedError = 0;   // the runtime error the button's trap caught, 0 when none
+    int trappedError = 0; // the runtime error the button's trap caught, 0 when none
 };
 
 // The sixth method button: chooses the stretch (SlideHJD, SlideMag, SlideN), runs

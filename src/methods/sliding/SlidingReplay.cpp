@@ -3,7 +3,8 @@
 #include "app/Replay.h"
 #include "methods/sliding/SlidingIntegrations.h"
 
-namespace dip {
+namespace dip
+{
 
 ReplayResult ReplaySliding()
 {

@@ -13,13 +13,15 @@
 #include <cmath>
 #include <memory>
 
-namespace dip {
+namespace dip
+{
 
 using rt::i16;
 
 TracingPaperControls::~TracingPaperControls() = default;
 
-namespace {
+namespace
+{
 
 struct Window {
     FormPort* form = nullptr;
@@ -45,7 +47,10 @@ void setTracingPaperWindow(FormPort* form, TracingPaperControls* controls)
     current() = Window{form, controls};
 }
 
-FormPort& tracingPaperForm() { return current().form ? *current().form : memoryWindow(); }
+FormPort& tracingPaperForm()
+{
+    return current().form ? *current().form : memoryWindow();
+}
 
 TracingPaperControls& tracingPaperControls()
 {
@@ -79,7 +84,8 @@ void OpenTracingPaper()
     PlotTracingPaper();
 }
 
-namespace {
+namespace
+{
 
 // The red branch from point 1 while HJD(i) <= FoldHJD, every point dotted; returns the index of
 // the first point after the fold.
@@ -177,7 +183,8 @@ void PlotTracingPaper()
     main.setChecked(2, true);
 }
 
-namespace {
+namespace
+{
 
 // Moves the bar to the position of FoldHJD, rounded to a whole unit (halves to even). The bar
 // refuses a position outside its range; a new position runs the fold handler again.
@@ -220,11 +227,21 @@ void SmoothFold()
     Session& s = S();
     int width = 0;
     switch (s.AvgPoints) {
-    case 1: width = 3; break;
-    case 3: width = 5; break;
-    case 5: width = 7; break;
-    case 7: width = 9; break;
-    default: PlotTracingPaper(); return;
+    case 1:
+        width = 3;
+        break;
+    case 3:
+        width = 5;
+        break;
+    case 5:
+        width = 7;
+        break;
+    case 7:
+        width = 9;
+        break;
+    default:
+        PlotTracingPaper();
+        return;
     }
     // Running means over the unsmoothed Mag. Entries nearer than k to either end are not
     // written and keep the previous level's value: the graded ends are deliberate.

@@ -2,7 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "methods/MethodEntries.h"
 
-namespace dip {
+namespace dip
+{
 
 void StartTracingPaper() {}
 

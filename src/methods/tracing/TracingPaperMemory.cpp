@@ -2,7 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "methods/tracing/TracingPaperMemory.h"
 
-namespace dip {
+namespace dip
+{
 
 TracingPaperMemory::TracingPaperMemory()
 {

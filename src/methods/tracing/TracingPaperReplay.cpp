@@ -4,7 +4,8 @@
 #include "methods/tracing/TracingPaperMemory.h"
 #include "session/Session.h"
 
-namespace dip {
+namespace dip
+{
 
 ReplayResult ReplayTracingPaper(const QString& foldText)
 {
