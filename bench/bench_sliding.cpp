@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 // The sixth method button on 999 used points.
 #include "BenchSupport.h"
+
 #include "mainwindow/StartUp.h"
 #include "methods/sliding/SlidingIntegrations.h"
 #include "runtime/MsgBox.h"
@@ -10,10 +11,10 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+
 #include <cmath>
 
-namespace
-{
+namespace {
 
 // 999 points with the deepest at index `deepest`.
 QByteArray curve(int deepest)

@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 // One redraw of the tracing paper with 1000 points.
 #include "BenchSupport.h"
+
 #include "mainwindow/StartUp.h"
 #include "methods/tracing/TracingPaper.h"
 #include "methods/tracing/TracingPaperMemory.h"

@@ -6,12 +6,12 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+
 #include <cmath>
 
 using namespace dip;
 
-namespace
-{
+namespace {
 
 // The installed console tool, run as a user runs it.
 struct ToolRun {
@@ -60,8 +60,7 @@ QByteArray thousandPoints()
 
 } // namespace
 
-class MeasureFoldSlidingTest : public QObject
-{
+class MeasureFoldSlidingTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void foldTyped_data();

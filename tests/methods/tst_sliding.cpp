@@ -12,8 +12,7 @@
 
 using namespace dip;
 
-namespace
-{
+namespace {
 
 // The method written out a second way, on plain vectors indexed from 0: the even grid with a
 // binary-search bracket, the window differences as two separate trapezoid sums, and the line
@@ -118,8 +117,7 @@ std::vector<std::pair<double, double>> curveWithDeepestAt(int n, int deepest)
 
 } // namespace
 
-class SlidingTest : public QObject
-{
+class SlidingTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void init() { test::freshSession(); }

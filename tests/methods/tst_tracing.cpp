@@ -15,12 +15,10 @@
 
 using namespace dip;
 
-namespace
-{
+namespace {
 
 // The window in memory, recording what is drawn.
-class RecordingWindow : public TracingPaperMemory
-{
+class RecordingWindow : public TracingPaperMemory {
 public:
     struct Line {
         Rgb colour;
@@ -107,8 +105,7 @@ bool near(double a, double b, double tolerance = 1e-6)
 
 } // namespace
 
-class TracingPaperTest : public QObject
-{
+class TracingPaperTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void init();

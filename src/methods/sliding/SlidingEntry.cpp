@@ -3,8 +3,7 @@
 #include "methods/MethodEntries.h"
 #include "methods/sliding/SlidingIntegrations.h"
 
-namespace dip
-{
+namespace dip {
 
 // No window: the button computes at once and publishes into the main window.
 void StartSliding()

@@ -10,8 +10,7 @@
 
 #include <cmath>
 
-namespace dip
-{
+namespace dip {
 
 using rt::i16;
 using rt::Integer;
@@ -49,8 +48,7 @@ void LineFit(const ObsArray& x, const ObsArray& y, Integer first, Integer last, 
     }
 }
 
-namespace
-{
+namespace {
 
 // k = Int(n / 3) + 1 in doubles, stored as a 16-bit integer; delta = (t(n) - t(1)) / 3k.
 void gridSize(const ObsArray& t, Integer n, Integer& k, Integer& gridCount, double& delta)
@@ -131,8 +129,7 @@ void SlidingIntegrations(const ObsArray& t, const ObsArray& m, Integer n, double
     E = rt::sqrt(rt::div(ssr, k));
 }
 
-namespace
-{
+namespace {
 
 // The stretch of used points around the deepest one: 2 (NumPts - IdxMagMax) points ending
 // one before the last used point when the deepest lies near the end, the first 2 IdxMagMax

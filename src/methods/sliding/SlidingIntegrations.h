@@ -11,8 +11,7 @@
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
 
-namespace dip
-{
+namespace dip {
 
 // Least-squares line y = a + b x over the indexes first..last (N = last - first + 1 points),
 // with the standard errors of a and b, s sqrt(Sxx / D) and s sqrt(N / D) where

@@ -3,8 +3,7 @@
 #include "app/Replay.h"
 #include "methods/sliding/SlidingIntegrations.h"
 
-namespace dip
-{
+namespace dip {
 
 ReplayResult ReplaySliding()
 {

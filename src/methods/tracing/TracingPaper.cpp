@@ -13,15 +13,13 @@
 #include <cmath>
 #include <memory>
 
-namespace dip
-{
+namespace dip {
 
 using rt::i16;
 
 TracingPaperControls::~TracingPaperControls() = default;
 
-namespace
-{
+namespace {
 
 struct Window {
     FormPort* form = nullptr;
@@ -84,8 +82,7 @@ void OpenTracingPaper()
     PlotTracingPaper();
 }
 
-namespace
-{
+namespace {
 
 // The red branch from point 1 while HJD(i) <= FoldHJD, every point dotted; returns the index of
 // the first point after the fold.
@@ -183,8 +180,7 @@ void PlotTracingPaper()
     main.setChecked(2, true);
 }
 
-namespace
-{
+namespace {
 
 // Moves the bar to the position of FoldHJD, rounded to a whole unit (halves to even). The bar
 // refuses a position outside its range; a new position runs the fold handler again.

@@ -14,8 +14,7 @@
 
 #include <QString>
 
-namespace dip
-{
+namespace dip {
 
 // One scroll-bar unit moves the fold by this many days; it is also the error reported.
 constexpr double FoldStep = 0.0001;
@@ -26,8 +25,7 @@ constexpr int ScrollMin = 0;
 constexpr int ScrollMax = 32767;
 
 // What the procedures need of the tracing-paper window beyond drawing and texts.
-class TracingPaperControls
-{
+class TracingPaperControls {
 public:
     virtual ~TracingPaperControls();
     // Shows the window, loading it first when it is not loaded.

@@ -2,8 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "methods/MethodEntries.h"
 
-namespace dip
-{
+namespace dip {
 
 void StartTracingPaper() {}
 

@@ -2,8 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "methods/tracing/TracingPaperMemory.h"
 
-namespace dip
-{
+namespace dip {
 
 TracingPaperMemory::TracingPaperMemory()
 {

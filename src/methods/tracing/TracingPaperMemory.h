@@ -11,11 +11,9 @@
 #include <QHash>
 #include <QPointF>
 
-namespace dip
-{
+namespace dip {
 
-class TracingPaperMemory : public FormMemory, public TracingPaperControls
-{
+class TracingPaperMemory : public FormMemory, public TracingPaperControls {
 public:
     TracingPaperMemory();
 

@@ -4,8 +4,7 @@
 #include "methods/tracing/TracingPaperMemory.h"
 #include "session/Session.h"
 
-namespace dip
-{
+namespace dip {
 
 ReplayResult ReplayTracingPaper(const QString& foldText)
 {
