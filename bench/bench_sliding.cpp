@@ -6,10 +6,8 @@
 #include "mainwindow/StartUp.h"
 #include "methods/sliding/SlidingIntegrations.h"
 #include "runtime/MsgBox.h"
-#include "session/LoadDataFile.h"
 #include "session/Session.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <cmath>
@@ -28,16 +26,6 @@ QByteArray curve(int deepest)
     return out;
 }
 
-bool load(const QTemporaryDir& dir, const QByteArray& text)
-{
-    QFile f(dir.filePath(QStringLiteral("curve.csv")));
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    f.write(text);
-    f.close();
-    return dip::OpenDataFile(dir.path(), QStringLiteral("curve.csv"));
-}
-
 } // namespace
 
 int main()
@@ -49,7 +37,7 @@ int main()
 
     // The deepest point at 449: the stretch is the first 898 points, a grid of 900 (the
     // largest stretch 999 used points can give without the grid overflowing its array).
-    if (!load(dir, curve(449)) || dip::S().IdxMagMax != 449)
+    if (!dip::bench::openCurve(dir.path(), curve(449)) || dip::S().IdxMagMax != 449)
         return 1;
     bool published = true;
     double ms = dip::bench::medianMs(runs, [&] { published = dip::RunSlidingIntegrations().published && published; });
@@ -57,7 +45,7 @@ int main()
 
     // The deepest point in the middle: the stretch is all 999 points and the grid of 1002
     // points fails at index 1001, trapped.
-    if (!load(dir, curve(500)))
+    if (!dip::bench::openCurve(dir.path(), curve(500)))
         return 1;
     int trapped = 0;
     ms = dip::bench::medianMs(runs, [&] { trapped = dip::RunSlidingIntegrations().trappedError; });

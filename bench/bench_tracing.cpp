@@ -8,11 +8,9 @@
 #include "methods/MethodEntries.h"
 #include "methods/tracing/TracingPaper.h"
 #include "methods/tracing/TracingPaperMemory.h"
-#include "session/LoadDataFile.h"
 #include "session/Session.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QTemporaryDir>
 
 int main(int argc, char** argv)
@@ -21,13 +19,8 @@ int main(int argc, char** argv)
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     QApplication app(argc, argv);
     QTemporaryDir dir;
-    QFile f(dir.filePath(QStringLiteral("curve.csv")));
-    if (!f.open(QIODevice::WriteOnly))
-        return 1;
-    f.write(dip::bench::syntheticCurve(1000));
-    f.close();
     dip::StartUpSession();
-    if (!dip::OpenDataFile(dir.path(), QStringLiteral("curve.csv")))
+    if (!dip::bench::openCurve(dir.path(), dip::bench::syntheticCurve(1000)))
         return 1;
     const int runs = 200;
 

@@ -6,6 +6,7 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
+#include "methods/TracingCurves.h"
 #include "support/TestSupport.h"
 
 #include <QLabel>
@@ -19,18 +20,9 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::tenPoints;
 
 namespace {
-
-// Ten points at 0.40 .. 0.49, the faintest at 0.45 (index 6).
-QByteArray tenPoints()
-{
-    QByteArray out;
-    const double mags[] = {11.0, 11.1, 11.3, 11.6, 11.9, 12.0, 11.8, 11.5, 11.2, 11.05};
-    for (int i = 0; i < 10; ++i)
-        out += "0.4" + QByteArray::number(i) + "," + QByteArray::number(mags[i], 'g', 17) + "\n";
-    return out;
-}
 
 bool isColour(const QColor& c, Rgb rgb)
 {

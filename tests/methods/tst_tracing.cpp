@@ -8,12 +8,14 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
+#include "methods/TracingCurves.h"
 #include "support/TestSupport.h"
 
 #include <cmath>
 #include <memory>
 
 using namespace dip;
+using dip::test::tenPoints;
 
 namespace {
 
@@ -66,16 +68,6 @@ public:
 private:
     Rgb m_colour;
 };
-
-// Ten points at 0.40, 0.41, ... 0.49 (times exactly as typed), the faintest at 0.45.
-QByteArray tenPoints()
-{
-    QByteArray out;
-    const double mags[] = {11.0, 11.1, 11.3, 11.6, 11.9, 12.0, 11.8, 11.5, 11.2, 11.05};
-    for (int i = 0; i < 10; ++i)
-        out += "0.4" + QByteArray::number(i) + "," + QByteArray::number(mags[i], 'g', 17) + "\n";
-    return out;
-}
 
 // n points 0.01 apart with a ragged dip, deepest after the first point, for the running means.
 QByteArray raggedPoints(int n)
