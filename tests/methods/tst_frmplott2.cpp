@@ -86,6 +86,7 @@ private Q_SLOTS:
     void branchColours();
     void foldAfterLastHasNoBlue();
     void foldBeforeFirstOnlyPointOneRed();
+    void tinySpanDrawsFarPoints();
     void controlsFollowSize();
     void doneHidesAndReopenKeepsState();
     void placementLineTwo();
@@ -304,6 +305,22 @@ void FrmPlott2Test::foldBeforeFirstOnlyPointOneRed()
                 QVERIFY(std::abs(x / dpr * TwipsPerPixel - x1) <= 2 * TwipsPerPixel);
                 QVERIFY(std::abs(y / dpr * TwipsPerPixel - y1) <= 2 * TwipsPerPixel);
             }
+}
+
+void FrmPlott2Test::tinySpanDrawsFarPoints()
+{
+    // A fold just after point 1: the scale spans 0.00001 day from HJDMin, so every point lands
+    // far off the form, up to millions of pixels away. They are drawn (clipped) without trouble.
+    open(tenPoints());
+    typeFold(QStringLiteral("0.40001"));
+    const Session& s = S();
+    QCOMPARE(s.FoldSpan, 0.40001 - 0.40);
+    QCOMPARE(mainForm().text(2), QStringLiteral("0.40001"));
+    const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
+    QVERIFY(PlotX(scale, s.HJD(1)) > 1e6);
+    QVERIFY(PlotX(scale, 2 * 0.40001 - s.HJD(10)) < -1e7);
+    QVERIFY(isColour(m_form->pixelAt(s.PlotLeft, (s.PlotTop + s.PlotBottom) / 2), colours::black));
+    QCOMPARE(countPixels(m_form->picture(), colours::red), 0);
 }
 
 void FrmPlott2Test::controlsFollowSize()
