@@ -138,6 +138,7 @@ private Q_SLOTS:
     void thousandPointsTrapped();
     void trapWithoutTextShowsEmptyBox();
     void flatCurveTrappedAfterRangeSet();
+    void deepestLastGivesEmptyStretch();
     void nothingWithoutFile();
 };
 
@@ -493,6 +494,20 @@ void SlidingTest::flatCurveTrappedAfterRangeSet()
     QCOMPARE(int(S().RangeFirst), 0);
     QCOMPARE(int(S().RangeLast), 2);
     QCOMPARE(mainForm().text(6), QStringLiteral("typed"));
+    QVERIFY(!mainForm().checked(6));
+}
+
+void SlidingTest::deepestLastGivesEmptyStretch()
+{
+    // No point follows the deepest: the stretch is empty, the grid spans the never-written
+    // slot 0 and the interpolation divides 0 by 0. Trapped like any other failure.
+    QVERIFY(test::loadText(test::csv(curveWithDeepestAt(30, 30))));
+    QCOMPARE(int(S().IdxMagMax), 30);
+    test::MessageRecorder messages;
+    const SlidingOutcome out = RunSlidingIntegrations();
+    QCOMPARE(int(S().SlideN), 0);
+    QCOMPARE(out.trappedError, 6);
+    QCOMPARE(messages.messages(), QStringList{QStringLiteral("Error 6: Overflow.")});
     QVERIFY(!mainForm().checked(6));
 }
 
