@@ -3,11 +3,48 @@
 #include "app/Application.h"
 #include "mainwindow/frmMain.h"
 
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+const char* const usageText = "usage: dipscope [FILE]\n"
+                              "Starts Dipscope; with FILE, loads that light curve as File > Open does.\n";
+
+} // namespace
+
 int main(int argc, char* argv[])
 {
     dip::Application app(argc, argv);
+    QStringList arguments = QApplication::arguments();
+    arguments.removeFirst();
+    if (arguments.contains(QLatin1String("--help")) || arguments.contains(QLatin1String("-h"))) {
+        std::fputs(usageText, stdout);
+        return 0;
+    }
+    if (arguments.size() > 1) {
+        std::fputs(usageText, stderr);
+        return 2;
+    }
+
     dip::installWindowMessageBoxes();
     dip::frmMain window;
     window.show();
+    if (!arguments.isEmpty()) {
+        // Loaded from the event loop, so that the window is up for any message and a failure
+        // gets the standard report like any other handler's.
+        const QString file = arguments.first();
+        QTimer::singleShot(0, &window, [&window, file] { window.openFromCommandLine(file); });
+    }
+    if (qEnvironmentVariableIsSet("DIPSCOPE_EXIT_WHEN_SHOWN")) {
+        // For the start-up benchmark: say when the window is up, and leave without writing the
+        // settings file.
+        QTimer::singleShot(0, &app, [] {
+            std::fputs("dipscope: main window shown\n", stdout);
+            std::fflush(stdout);
+            QCoreApplication::exit(0);
+        });
+    }
     return app.exec();
 }

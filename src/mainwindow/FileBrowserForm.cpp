@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "mainwindow/FileBrowserForm.h"
+
+#include "mainwindow/FileLists.h"
+#include "mainwindow/Twips.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QResizeEvent>
+
+namespace dip {
+
+namespace {
+
+// Design size of the forms, in twips.
+constexpr int designWidth = 6525;
+constexpr int designHeight = 4320;
+
+template <typename T>
+T* named(T* widget, const char* name)
+{
+    widget->setObjectName(QLatin1String(name));
+    return widget;
+}
+
+QLabel* label(QWidget* parent, const char* name, const QString& text)
+{
+    return named(new QLabel(text, parent), name);
+}
+
+} // namespace
+
+FileBrowserForm::FileBrowserForm(QWidget* parent, const QString& name, const QString& caption,
+                                 const QString& acceptCaption, const QString& comboText, const QString& nameText)
+    : QDialog(parent)
+{
+    setObjectName(name);
+    setWindowTitle(caption);
+    setModal(false);
+    setSizeGripEnabled(true);
+
+    // Creation order is the tab order: name, files, filter, folders, drive, buttons.
+    Label1 = label(this, "Label1", QStringLiteral("File Name:"));
+    Text1 = named(new QLineEdit(nameText, this), "Text1");
+    File1 = named(new FileList(this), "File1");
+    Label2 = label(this, "Label2", QStringLiteral("List Files of Type:"));
+    Combo1 = named(new QComboBox(this), "Combo1");
+    Combo1->setPlaceholderText(comboText);
+    Combo1->setCurrentIndex(-1);
+    Label3 = label(this, "Label3", QStringLiteral("Directories:"));
+    Label4 = label(this, "Label4", QString());
+    Dir1 = named(new DirList(this), "Dir1");
+    Label5 = label(this, "Label5", QStringLiteral("Drives:"));
+    Drive1 = named(new DriveList(this), "Drive1");
+    Command1 = named(new QPushButton(acceptCaption, this), "Command1");
+    Command2 = named(new QPushButton(QStringLiteral("Cancel"), this), "Command2");
+    Command1->setDefault(true);
+    Command1->setAutoDefault(false);
+    Command2->setAutoDefault(false);
+    Label1->setBuddy(Text1);
+    Label2->setBuddy(Combo1);
+    Label3->setBuddy(Dir1);
+    Label5->setBuddy(Drive1);
+
+    // The lists start in the current folder, as a form does when it is loaded.
+    const QString here = QDir::currentPath();
+    Dir1->showPath(here);
+    File1->setPath(here);
+    Drive1->showDriveOf(here);
+
+    connect(Combo1, QOverload<int>::of(&QComboBox::activated), this, [this] { Combo1_Click(); });
+    connect(Drive1, &DriveList::changed, this, [this] { Drive1_Change(); });
+    connect(Dir1, &DirList::changed, this, [this] { Dir1_Change(); });
+    connect(File1, &FileList::mouseDown, this, [this] { File1_MouseDown(); });
+    connect(File1, &FileList::entryClicked, this, [this](const QString& file) { File1_Click(file); });
+    connect(File1, &FileList::entryDoubleClicked, this, [this](const QString& file) { File1_DblClick(file); });
+    connect(Command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
+    connect(Command2, &QPushButton::clicked, this, [this] { Command2_Click(); });
+
+    setMinimumSize(toPixels(minWidth), toPixels(minHeight));
+    resize(toPixels(designWidth), toPixels(designHeight));
+    Form_Resize();
+}
+
+void FileBrowserForm::prepare(const QString& pattern, int listIndex)
+{
+    Combo1->clear();
+    Combo1->addItems({QStringLiteral("*.txt"), QStringLiteral("*.csv"), QStringLiteral("*.*")});
+    Combo1->setCurrentIndex(-1);
+    File1->setPattern(pattern);
+    setListIndex(listIndex);
+    Label4->setText(Dir1->path());
+}
+
+void FileBrowserForm::setListIndex(int index)
+{
+    if (index == Combo1->currentIndex())
+        return;
+    Combo1->setCurrentIndex(index);
+    Combo1_Click();
+}
+
+int FileBrowserForm::listIndex() const { return Combo1->currentIndex(); }
+
+void FileBrowserForm::Combo1_Click()
+{
+    // The box shows the chosen entry, and the file list lists by it.
+    File1->setPattern(Combo1->currentText());
+}
+
+void FileBrowserForm::Drive1_Change() { Dir1->setPath(Drive1->drive()); }
+
+void FileBrowserForm::Dir1_Change()
+{
+    File1->setPath(Dir1->path());
+    // The folder's first file becomes the name, so Open right after a folder change opens it.
+    Text1->setText(File1->entry(0));
+    Label4->setText(Dir1->path());
+}
+
+void FileBrowserForm::File1_Click(const QString& name) { Text1->setText(name); }
+
+void FileBrowserForm::File1_DblClick(const QString& name)
+{
+    Text1->setText(name);
+    Command1_Click();
+}
+
+void FileBrowserForm::Command2_Click() { hide(); }
+
+// Escape and the title bar's close button cancel, as "Cancel" does.
+void FileBrowserForm::reject() { Command2_Click(); }
+
+void FileBrowserForm::resizeEvent(QResizeEvent* event)
+{
+    QDialog::resizeEvent(event);
+    Form_Resize();
+}
+
+void FileBrowserForm::Form_Resize()
+{
+    int width = toTwips(this->width());
+    int height = toTwips(this->height());
+    if (height < minHeight || width < minWidth) {
+        height = std::max(height, minHeight);
+        width = std::max(width, minWidth);
+        resize(toPixels(width), toPixels(height));
+    }
+    // Two columns share the width beyond the smallest form: the name, files and filter on the
+    // left, the folders and drive after the name box, then the buttons.
+    const int extra = width - minWidth;
+    const int leftWidth = 2895 + extra / 2;
+    const int rightWidth = 1935 + (extra - extra / 2);
+    const int listHeight = height - 2100;
+    const int lowerLabel = listHeight + 990;
+
+    const int left = 120;
+    placeTwips(Label1, left, 120, leftWidth, 255);
+    placeTwips(Text1, left, 375, leftWidth, 315);
+    placeTwips(File1, left, 720, leftWidth, listHeight);
+    placeTwips(Label2, left, lowerLabel, leftWidth, 255);
+    placeTwips(Combo1, left, lowerLabel + 255, leftWidth, 315);
+
+    const int right = left + leftWidth + 240;
+    placeTwips(Label3, right, 120, rightWidth, 255);
+    placeTwips(Label4, right, 375, rightWidth, 255);
+    placeTwips(Dir1, right, 720, rightWidth, listHeight);
+    placeTwips(Label5, right, lowerLabel, rightWidth, 255);
+    placeTwips(Drive1, right, lowerLabel + 255, rightWidth, 315);
+
+    const int buttons = right + rightWidth + 180;
+    placeTwips(Command1, buttons, 375, 1035, 375);
+    placeTwips(Command2, buttons, 840, 1035, 375);
+}
+
+} // namespace dip
