@@ -20,15 +20,15 @@
 
 namespace {
 
-// The right-clicks and typed values of the replay, for the example curve, whose single minimum
-// lies near 0.5 (times in days).
-const std::vector<double> parabolaClicks = {0.45, 0.55};
-const char* const tracingFold = "0.5";
-const std::vector<double> chordClicks = {0.42, 0.46, 0.54, 0.58};
-const std::vector<double> kweeClicks = {0.44, 0.56};
+// The right-clicks and typed values of the replay, for the example curve: an eclipse from about
+// 0.43 to 0.60 (times in days) with its minimum near 0.512.
+const std::vector<double> parabolaClicks = {0.49, 0.535};
+const char* const tracingFold = "0.5123";
+const std::vector<double> chordClicks = {0.45, 0.47, 0.555, 0.575};
+const std::vector<double> kweeClicks = {0.46, 0.565};
 const char* const kweeStepp = "1";
 const char* const kweeFrac = ".9";
-const std::vector<double> fourierClicks = {0.40, 0.60};
+const std::vector<double> fourierClicks = {0.43, 0.595};
 
 const char* const defaultDataFile = "examples/single-minimum.csv";
 

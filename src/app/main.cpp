@@ -38,10 +38,10 @@ int main(int argc, char* argv[])
         QTimer::singleShot(0, &window, [&window, file] { window.openFromCommandLine(file); });
     }
     if (qEnvironmentVariableIsSet("DIPSCOPE_EXIT_WHEN_SHOWN")) {
-        // For the start-up benchmark: say when the window is up, and leave without writing the
-        // settings file.
-        QTimer::singleShot(0, &app, [] {
-            std::fputs("dipscope: main window shown\n", stdout);
+        // For the start-up benchmark and the tests: say when the window is up (with a file of the
+        // command line loaded), and leave without writing the settings file.
+        QTimer::singleShot(0, &app, [&window] {
+            std::printf("dipscope: main window shown: %s\n", qPrintable(window.windowTitle()));
             std::fflush(stdout);
             QCoreApplication::exit(0);
         });

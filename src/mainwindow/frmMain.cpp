@@ -169,8 +169,8 @@ void frmMain::buildControls()
     for (int m = 0; m < 4; ++m) {
         const int top = meansTop + m * rowStep;
         // The mean rows have no button, so their labels may use the room of one.
-        QLabel* title = label(form, QLatin1String(meanLabelNames[m]), QLatin1String(meanTitles[m]), 240, top - 60,
-                              timeLeft - 120 - 240, boxHeight + 120, right);
+        QLabel* title = label(form, QLatin1String(meanLabelNames[m]), QLatin1String(meanTitles[m]), 240, top - 45,
+                              timeLeft - 120 - 240, boxHeight + 90, right);
         title->setWordWrap(true);
         m_text[13 + m] = textBox(form, 13 + m, timeLeft, top, timeWidth);
     }
