@@ -92,7 +92,14 @@ void FileBrowserForm::prepare(const QString& pattern, int listIndex)
     Combo1->setCurrentIndex(-1);
     File1->setPattern(pattern);
     setListIndex(listIndex);
+    showFolder();
+}
+
+void FileBrowserForm::showFolder()
+{
+    // The label may be too narrow for a long path; the whole of it is in its tooltip.
     Label4->setText(Dir1->path());
+    Label4->setToolTip(Dir1->path());
 }
 
 void FileBrowserForm::setListIndex(int index)
@@ -118,7 +125,7 @@ void FileBrowserForm::Dir1_Change()
     File1->setPath(Dir1->path());
     // The folder's first file becomes the name, so Open right after a folder change opens it.
     Text1->setText(File1->entry(0));
-    Label4->setText(Dir1->path());
+    showFolder();
 }
 
 void FileBrowserForm::File1_Click(const QString& name) { Text1->setText(name); }

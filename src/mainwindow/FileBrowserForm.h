@@ -66,6 +66,7 @@ private:
     void File1_DblClick(const QString& name);
     void Command2_Click();
     void Form_Resize();
+    void showFolder();
 };
 
 } // namespace dip

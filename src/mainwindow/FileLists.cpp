@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyle>
+#include <QStyledItemDelegate>
 
 namespace dip {
 
@@ -17,6 +18,25 @@ namespace {
 QString cleanAbsolute(const QString& path) { return QDir::cleanPath(QFileInfo(path).absoluteFilePath()); }
 
 bool isEnter(const QKeyEvent* event) { return event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter; }
+
+constexpr int levelRole = Qt::UserRole + 1;
+constexpr int indentPerLevel = 12; // pixels
+
+// Draws each folder entry, icon and name, indented by its depth in the hierarchy.
+class LevelDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        QStyleOptionViewItem shifted(option);
+        shifted.rect.setLeft(option.rect.left() + indentPerLevel * index.data(levelRole).toInt());
+        QStyledItemDelegate::paint(painter, shifted, index);
+    }
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(indentPerLevel * index.data(levelRole).toInt(), 0);
+    }
+};
 
 } // namespace
 
@@ -46,6 +66,7 @@ void DriveList::showDriveOf(const QString& path)
 
 DirList::DirList(QWidget* parent) : QListWidget(parent)
 {
+    setItemDelegate(new LevelDelegate(this));
     connect(this, &QListWidget::itemDoubleClicked, this,
             [this](QListWidgetItem* item) { setPath(item->data(Qt::UserRole).toString()); });
 }
@@ -56,6 +77,12 @@ QString DirList::entryPath(int row) const
 {
     const QListWidgetItem* it = item(row);
     return it ? QDir::toNativeSeparators(it->data(Qt::UserRole).toString()) : QString();
+}
+
+int DirList::entryLevel(int row) const
+{
+    const QListWidgetItem* it = item(row);
+    return it ? it->data(levelRole).toInt() : -1;
 }
 
 void DirList::showPath(const QString& path)
@@ -92,8 +119,9 @@ void DirList::relist()
     const QIcon open = style()->standardIcon(QStyle::SP_DirOpenIcon);
     const QIcon closed = style()->standardIcon(QStyle::SP_DirClosedIcon);
     auto add = [this](const QIcon& icon, int level, const QString& name, const QString& full) {
-        auto* entry = new QListWidgetItem(icon, QString(level * 2, QLatin1Char(' ')) + name, this);
+        auto* entry = new QListWidgetItem(icon, name, this);
         entry->setData(Qt::UserRole, full);
+        entry->setData(levelRole, level);
     };
     for (int level = 0; level < chain.size(); ++level) {
         const QString& full = chain[level];

@@ -41,8 +41,9 @@ public:
     void setPath(const QString& path);
     // The folder shown when the form is loaded: set without a change event.
     void showPath(const QString& path);
-    // The folder an entry stands for.
+    // The folder an entry stands for, and its depth (the root is 0).
     QString entryPath(int row) const;
+    int entryLevel(int row) const;
 
 Q_SIGNALS:
     void changed();
