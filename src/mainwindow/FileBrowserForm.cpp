@@ -164,19 +164,19 @@ void FileBrowserForm::Form_Resize()
     const int listHeight = height - 2100;
     const int lowerLabel = listHeight + 990;
 
+    // Each column: a caption, a box under it, the list, and below the list a caption and a box.
+    auto column = [&](int left, int width, QWidget* caption, QWidget* box, int boxHeight, QWidget* list,
+                      QWidget* lowerCaption, QWidget* lowerBox) {
+        placeTwips(caption, left, 120, width, 255);
+        placeTwips(box, left, 375, width, boxHeight);
+        placeTwips(list, left, 720, width, listHeight);
+        placeTwips(lowerCaption, left, lowerLabel, width, 255);
+        placeTwips(lowerBox, left, lowerLabel + 255, width, 315);
+    };
     const int left = 120;
-    placeTwips(Label1, left, 120, leftWidth, 255);
-    placeTwips(Text1, left, 375, leftWidth, 315);
-    placeTwips(File1, left, 720, leftWidth, listHeight);
-    placeTwips(Label2, left, lowerLabel, leftWidth, 255);
-    placeTwips(Combo1, left, lowerLabel + 255, leftWidth, 315);
-
+    column(left, leftWidth, Label1, Text1, 315, File1, Label2, Combo1);
     const int right = left + leftWidth + 240;
-    placeTwips(Label3, right, 120, rightWidth, 255);
-    placeTwips(Label4, right, 375, rightWidth, 255);
-    placeTwips(Dir1, right, 720, rightWidth, listHeight);
-    placeTwips(Label5, right, lowerLabel, rightWidth, 255);
-    placeTwips(Drive1, right, lowerLabel + 255, rightWidth, 315);
+    column(right, rightWidth, Label3, Label4, 255, Dir1, Label5, Drive1);
 
     const int buttons = right + rightWidth + 180;
     placeTwips(Command1, buttons, 375, 1035, 375);

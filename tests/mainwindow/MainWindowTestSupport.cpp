@@ -7,6 +7,7 @@
 #include "session/Session.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -49,6 +50,12 @@ QString CurrentFolder::mkdir(const QString& relative) const
     const QString full = QDir(m_dir.path()).filePath(relative);
     QDir().mkpath(full);
     return full;
+}
+
+void prepareWindowTests()
+{
+    QLocale::setDefault(QLocale::c());
+    QApplication::setQuitOnLastWindowClosed(false);
 }
 
 std::unique_ptr<frmMain> startMainWindow()

@@ -7,6 +7,7 @@
 
 #include "mainwindow/frmMain.h"
 #include "runtime/RuntimeError.h"
+#include "support/TestSupport.h"
 
 #include <QList>
 #include <QString>
@@ -46,6 +47,17 @@ private:
     QTemporaryDir m_dir;
     QString m_previous;
 };
+
+// What every window test runs in: its own current folder, the end of the program and every
+// message box intercepted.
+struct WindowTestScope {
+    CurrentFolder folder;
+    ExitRecorder exits;
+    MessageRecorder messages;
+};
+
+// Once per test program: the C locale, and no quitting when a test closes the last window.
+void prepareWindowTests();
 
 // A fresh session and a main window started and shown.
 std::unique_ptr<frmMain> startMainWindow();

@@ -93,44 +93,34 @@ private Q_SLOTS:
     void resize();
 
 private:
-    std::unique_ptr<CurrentFolder> m_folder;
-    std::unique_ptr<ExitRecorder> m_exits;
-    std::unique_ptr<MessageRecorder> m_messages;
+    std::unique_ptr<WindowTestScope> m_scope;
     std::unique_ptr<frmMain> m_window;
 };
 
-void FileDialogsTest::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-    QApplication::setQuitOnLastWindowClosed(false);
-}
+void FileDialogsTest::initTestCase() { prepareWindowTests(); }
 
 void FileDialogsTest::init()
 {
-    m_folder = std::make_unique<CurrentFolder>();
-    m_exits = std::make_unique<ExitRecorder>();
-    m_messages = std::make_unique<MessageRecorder>();
+    m_scope = std::make_unique<WindowTestScope>();
     // The folder the program starts in: two data files, a text file, a file without an
     // extension, a hidden file, two subfolders and a hidden one.
-    m_folder->write(QStringLiteral("zeta.csv"), dipCurve(20, 3));
-    m_folder->write(QStringLiteral("Alpha.CSV"), dipCurve(15, 2));
-    m_folder->write(QStringLiteral("notes.txt"), "not data\nat all\n");
-    m_folder->write(QStringLiteral("README"), "no extension\n");
-    m_folder->write(QStringLiteral(".hidden.csv"), dipCurve(10, 2));
-    m_folder->write(QStringLiteral("beta/b2.csv"), dipCurve(22, 4));
-    m_folder->write(QStringLiteral("beta/a1.csv"), dipCurve(21, 4));
-    m_folder->write(QStringLiteral("beta/report.txt"), "text\n");
-    m_folder->mkdir(QStringLiteral("alpha"));
-    m_folder->mkdir(QStringLiteral(".secret"));
+    m_scope->folder.write(QStringLiteral("zeta.csv"), dipCurve(20, 3));
+    m_scope->folder.write(QStringLiteral("Alpha.CSV"), dipCurve(15, 2));
+    m_scope->folder.write(QStringLiteral("notes.txt"), "not data\nat all\n");
+    m_scope->folder.write(QStringLiteral("README"), "no extension\n");
+    m_scope->folder.write(QStringLiteral(".hidden.csv"), dipCurve(10, 2));
+    m_scope->folder.write(QStringLiteral("beta/b2.csv"), dipCurve(22, 4));
+    m_scope->folder.write(QStringLiteral("beta/a1.csv"), dipCurve(21, 4));
+    m_scope->folder.write(QStringLiteral("beta/report.txt"), "text\n");
+    m_scope->folder.mkdir(QStringLiteral("alpha"));
+    m_scope->folder.mkdir(QStringLiteral(".secret"));
     m_window = startMainWindow();
 }
 
 void FileDialogsTest::cleanup()
 {
     m_window.reset();
-    m_messages.reset();
-    m_exits.reset();
-    m_folder.reset();
+    m_scope.reset();
 }
 
 void FileDialogsTest::captions_data()
@@ -176,7 +166,7 @@ void FileDialogsTest::captions()
 
 void FileDialogsTest::preparedAtStart()
 {
-    const QString here = native(m_folder->path());
+    const QString here = native(m_scope->folder.path());
     const QStringList entries = {"*.txt", "*.csv", "*.*"};
     for (const FileBrowserForm* form : {static_cast<FileBrowserForm*>(m_window->openForm()),
                                         static_cast<FileBrowserForm*>(m_window->saveAsForm())}) {
@@ -211,7 +201,7 @@ void FileDialogsTest::driveListHoldsTheRoots()
     for (int i = 0; i < drives->count(); ++i)
         items << drives->itemText(i);
     QCOMPARE(items, roots);
-    QVERIFY(native(m_folder->path()).startsWith(drives->drive()));
+    QVERIFY(native(m_scope->folder.path()).startsWith(drives->drive()));
 }
 
 void FileDialogsTest::folderListShowsHierarchyAndSubfolders()
@@ -219,7 +209,7 @@ void FileDialogsTest::folderListShowsHierarchyAndSubfolders()
     const DirList* dirs = m_window->openForm()->Dir1;
     // From the root down to the current folder, then its subfolders, one step further in each.
     QStringList chain;
-    for (QDir d(m_folder->path());; d.cdUp()) {
+    for (QDir d(m_scope->folder.path());; d.cdUp()) {
         chain.prepend(d.absolutePath());
         if (d.isRoot())
             break;
@@ -229,10 +219,10 @@ void FileDialogsTest::folderListShowsHierarchyAndSubfolders()
         QCOMPARE(dirs->entryPath(i), native(chain[i]));
     QCOMPARE(dirs->currentRow(), chain.size() - 1);
     QCOMPARE(dirs->item(0)->text(), native(chain[0]));
-    QCOMPARE(dirs->item(chain.size() - 1)->text(), QDir(m_folder->path()).dirName());
+    QCOMPARE(dirs->item(chain.size() - 1)->text(), QDir(m_scope->folder.path()).dirName());
     QCOMPARE(dirs->item(chain.size())->text(), QStringLiteral("alpha"));
     QCOMPARE(dirs->item(chain.size() + 1)->text(), QStringLiteral("beta"));
-    QCOMPARE(dirs->entryPath(chain.size() + 1), native(m_folder->path() + QStringLiteral("/beta")));
+    QCOMPARE(dirs->entryPath(chain.size() + 1), native(m_scope->folder.path() + QStringLiteral("/beta")));
     for (int i = 0; i < chain.size(); ++i)
         QCOMPARE(dirs->entryLevel(i), i);
     QCOMPARE(dirs->entryLevel(chain.size()), chain.size());
@@ -243,7 +233,7 @@ void FileDialogsTest::openReListsWithCsv()
 {
     frmOpen* open = m_window->openForm();
     // A file made after start-up appears, because opening switches the filter away and back.
-    m_folder->write(QStringLiteral("new.csv"), dipCurve(10, 2));
+    m_scope->folder.write(QStringLiteral("new.csv"), dipCurve(10, 2));
     open->setListIndex(2); // left on "*.*" by an earlier use
     m_window->findChild<QAction*>(QStringLiteral("mnuOpen"))->trigger();
     QVERIFY(open->isVisible());
@@ -253,7 +243,7 @@ void FileDialogsTest::openReListsWithCsv()
     open->Command2->click();
     QVERIFY(!open->isVisible());
     // "Load File" does the same.
-    m_folder->write(QStringLiteral("newer.csv"), dipCurve(10, 2));
+    m_scope->folder.write(QStringLiteral("newer.csv"), dipCurve(10, 2));
     QTest::mouseClick(control<QPushButton>(*m_window, QStringLiteral("Command9")), Qt::LeftButton);
     QVERIFY(open->isVisible());
     QCOMPARE(listed(open->File1), (QStringList{"Alpha.CSV", "new.csv", "newer.csv", "zeta.csv"}));
@@ -262,7 +252,7 @@ void FileDialogsTest::openReListsWithCsv()
 void FileDialogsTest::saveReListsWithTxt()
 {
     frmSaveAs* save = m_window->saveAsForm();
-    m_folder->write(QStringLiteral("later.txt"), "x\n");
+    m_scope->folder.write(QStringLiteral("later.txt"), "x\n");
     m_window->findChild<QAction*>(QStringLiteral("mnuSave"))->trigger();
     QVERIFY(save->isVisible());
     QCOMPARE(save->listIndex(), 0);
@@ -278,10 +268,10 @@ void FileDialogsTest::folderChangeFillsNameWithFirstFile()
     QVERIFY(beta >= 0);
     // A single click only selects.
     QTest::mouseClick(open->Dir1->viewport(), Qt::LeftButton, {}, centreOf(open->Dir1, beta));
-    QCOMPARE(open->Dir1->path(), native(m_folder->path()));
+    QCOMPARE(open->Dir1->path(), native(m_scope->folder.path()));
     QCOMPARE(open->Text1->text(), QStringLiteral("location.dat"));
     doubleClick(open->Dir1, beta);
-    const QString betaPath = native(m_folder->path() + QStringLiteral("/beta"));
+    const QString betaPath = native(m_scope->folder.path() + QStringLiteral("/beta"));
     QCOMPARE(open->Dir1->path(), betaPath);
     QCOMPARE(open->Label4->text(), betaPath);
     QCOMPARE(open->File1->path(), betaPath);
@@ -301,15 +291,15 @@ void FileDialogsTest::folderChangeByEnter()
     m_window->findChild<QAction*>(QStringLiteral("mnuOpen"))->trigger();
     open->Dir1->setCurrentRow(rowOf(open->Dir1, QStringLiteral("beta")));
     QTest::keyClick(open->Dir1, Qt::Key_Return);
-    QCOMPARE(open->Dir1->path(), native(m_folder->path() + QStringLiteral("/beta")));
+    QCOMPARE(open->Dir1->path(), native(m_scope->folder.path() + QStringLiteral("/beta")));
     QCOMPARE(open->Text1->text(), QStringLiteral("a1.csv"));
     // Enter in the folder list only changes the folder: nothing is opened.
     QVERIFY(open->isVisible());
     QCOMPARE(S().DataName, QString());
     // Up again through the entry of the parent folder.
-    open->Dir1->setCurrentRow(rowOf(open->Dir1, QDir(m_folder->path()).dirName()));
+    open->Dir1->setCurrentRow(rowOf(open->Dir1, QDir(m_scope->folder.path()).dirName()));
     QTest::keyClick(open->Dir1, Qt::Key_Enter);
-    QCOMPARE(open->Dir1->path(), native(m_folder->path()));
+    QCOMPARE(open->Dir1->path(), native(m_scope->folder.path()));
     QCOMPARE(open->Text1->text(), QStringLiteral("Alpha.CSV"));
 }
 
@@ -318,9 +308,9 @@ void FileDialogsTest::folderChangeInEmptyFolderEmptiesName()
     frmSaveAs* save = m_window->saveAsForm();
     m_window->findChild<QAction*>(QStringLiteral("mnuSave"))->trigger();
     QTest::keyClicks(save->Text1, QStringLiteral("out.txt"));
-    save->Dir1->setPath(m_folder->path() + QStringLiteral("/alpha"));
+    save->Dir1->setPath(m_scope->folder.path() + QStringLiteral("/alpha"));
     QCOMPARE(save->Text1->text(), QString());
-    QCOMPARE(save->Label4->text(), native(m_folder->path() + QStringLiteral("/alpha")));
+    QCOMPARE(save->Label4->text(), native(m_scope->folder.path() + QStringLiteral("/alpha")));
     // In the save dialog every change of the name box is the session's name at once.
     QCOMPARE(S().DataName, QString());
 }
@@ -340,7 +330,7 @@ void FileDialogsTest::allFilesPattern()
     QTest::keyClick(open->Combo1, Qt::Key_Down);
     doubleClick(open->File1, 1);
     QCOMPARE(S().DataName, QStringLiteral("notes.txt"));
-    QCOMPARE(m_messages->messages().size(), 1);
+    QCOMPARE(m_scope->messages.messages().size(), 1);
     QCOMPARE(S().NumOrig, rt::Integer(0));
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Dipscope"));
 }
@@ -395,8 +385,8 @@ void FileDialogsTest::doubleClickOpens()
         m_window->setText(k, QStringLiteral("old"));
     doubleClick(open->File1, 0);
     QCOMPARE(S().DataName, QStringLiteral("Alpha.CSV"));
-    QCOMPARE(S().DataDir, native(m_folder->path()));
-    QCOMPARE(S().DataPath, native(m_folder->path()) + QDir::separator() + QStringLiteral("Alpha.CSV"));
+    QCOMPARE(S().DataDir, native(m_scope->folder.path()));
+    QCOMPARE(S().DataPath, native(m_scope->folder.path()) + QDir::separator() + QStringLiteral("Alpha.CSV"));
     QCOMPARE(S().NumOrig, rt::Integer(15));
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Dipscope - Alpha.CSV"));
     QVERIFY(!open->isVisible());
@@ -406,12 +396,12 @@ void FileDialogsTest::doubleClickOpens()
 
 void FileDialogsTest::cancelOpenLeavesSessionUntouched()
 {
-    openThroughDialog(*m_window, m_folder->path(), QStringLiteral("zeta.csv"));
+    openThroughDialog(*m_window, m_scope->folder.path(), QStringLiteral("zeta.csv"));
     m_window->setText(1, QStringLiteral("0.51234"));
     const SessionFiles before = sessionFiles();
     frmOpen* open = m_window->openForm();
     m_window->findChild<QAction*>(QStringLiteral("mnuOpen"))->trigger();
-    open->Dir1->setPath(m_folder->path() + QStringLiteral("/beta"));
+    open->Dir1->setPath(m_scope->folder.path() + QStringLiteral("/beta"));
     open->Text1->clear();
     QTest::keyClicks(open->Text1, QStringLiteral("b2.csv"));
     QTest::mouseClick(open->Command2, Qt::LeftButton);
@@ -428,7 +418,7 @@ void FileDialogsTest::cancelOpenLeavesSessionUntouched()
 
 void FileDialogsTest::cancelSaveAfterTypingKeepsName()
 {
-    openThroughDialog(*m_window, m_folder->path(), QStringLiteral("zeta.csv"));
+    openThroughDialog(*m_window, m_scope->folder.path(), QStringLiteral("zeta.csv"));
     const SessionFiles before = sessionFiles();
     frmSaveAs* save = m_window->saveAsForm();
     m_window->findChild<QAction*>(QStringLiteral("mnuSave"))->trigger();
@@ -446,28 +436,28 @@ void FileDialogsTest::cancelSaveAfterTypingKeepsName()
 
 void FileDialogsTest::saveRecordsFolderAndNameOnly()
 {
-    openThroughDialog(*m_window, m_folder->path(), QStringLiteral("zeta.csv"));
+    openThroughDialog(*m_window, m_scope->folder.path(), QStringLiteral("zeta.csv"));
     const SessionFiles before = sessionFiles();
-    const QStringList filesBefore = QDir(m_folder->path() + QStringLiteral("/beta")).entryList(QDir::Files);
+    const QStringList filesBefore = QDir(m_scope->folder.path() + QStringLiteral("/beta")).entryList(QDir::Files);
     frmSaveAs* save = m_window->saveAsForm();
     m_window->findChild<QAction*>(QStringLiteral("mnuSave"))->trigger();
-    save->Dir1->setPath(m_folder->path() + QStringLiteral("/beta"));
+    save->Dir1->setPath(m_scope->folder.path() + QStringLiteral("/beta"));
     QCOMPARE(save->Text1->text(), QStringLiteral("report.txt"));
     save->Text1->clear();
     QTest::keyClicks(save->Text1, QStringLiteral("minima"));
     QTest::keyClick(save->Text1, Qt::Key_Return); // the accept button is the default one
     QVERIFY(!save->isVisible());
-    QCOMPARE(S().DataDir, native(m_folder->path() + QStringLiteral("/beta")));
+    QCOMPARE(S().DataDir, native(m_scope->folder.path() + QStringLiteral("/beta")));
     QCOMPARE(S().DataName, QStringLiteral("minima")); // no extension added
     QCOMPARE(S().DataPath, before.path);
     QCOMPARE(m_window->windowTitle(), QStringLiteral("Dipscope - zeta.csv"));
-    QCOMPARE(QDir(m_folder->path() + QStringLiteral("/beta")).entryList(QDir::Files), filesBefore);
+    QCOMPARE(QDir(m_scope->folder.path() + QStringLiteral("/beta")).entryList(QDir::Files), filesBefore);
 }
 
 void FileDialogsTest::missingFolderRaises()
 {
-    DIP_EXPECT_RUNTIME_ERROR(m_window->openForm()->Dir1->setPath(m_folder->path() + QStringLiteral("/gone")), 76);
-    QCOMPARE(m_window->openForm()->Dir1->path(), native(m_folder->path()));
+    DIP_EXPECT_RUNTIME_ERROR(m_window->openForm()->Dir1->setPath(m_scope->folder.path() + QStringLiteral("/gone")), 76);
+    QCOMPARE(m_window->openForm()->Dir1->path(), native(m_scope->folder.path()));
 }
 
 void FileDialogsTest::resize_data()

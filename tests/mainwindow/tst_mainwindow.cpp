@@ -121,29 +121,19 @@ private Q_SLOTS:
     void commandLineProcess();
 
 private:
-    std::unique_ptr<CurrentFolder> m_folder;
-    std::unique_ptr<ExitRecorder> m_exits;
-    std::unique_ptr<MessageRecorder> m_messages;
+    std::unique_ptr<WindowTestScope> m_scope;
 };
 
-void MainWindowTest::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-    QApplication::setQuitOnLastWindowClosed(false);
-}
+void MainWindowTest::initTestCase() { prepareWindowTests(); }
 
 void MainWindowTest::init()
 {
-    m_folder = std::make_unique<CurrentFolder>();
-    m_exits = std::make_unique<ExitRecorder>();
-    m_messages = std::make_unique<MessageRecorder>();
+    m_scope = std::make_unique<WindowTestScope>();
 }
 
 void MainWindowTest::cleanup()
 {
-    m_messages.reset();
-    m_exits.reset();
-    m_folder.reset();
+    m_scope.reset();
 }
 
 // ---- Controls ----
@@ -242,7 +232,7 @@ void MainWindowTest::stateAtStart()
     QVERIFY(S().DataName.isEmpty());
     QVERIFY(!window->openForm()->isVisible());
     QVERIFY(!window->saveAsForm()->isVisible());
-    QVERIFY(m_messages->messages().isEmpty());
+    QVERIFY(m_scope->messages.messages().isEmpty());
     DIP_EXPECT_RUNTIME_ERROR(window->text(17), 9);
     DIP_EXPECT_RUNTIME_ERROR(window->setChecked(0, true), 9);
 }
@@ -336,7 +326,7 @@ void MainWindowTest::firstRunWithoutSettingsFile()
             QCOMPARE(S().WinPos(line, v), rt::Integer(0));
     QVERIFY(!QFile::exists(QStringLiteral("zzzdip.ini")));
     menuAction(*window, "mnuExit")->trigger();
-    QCOMPARE(m_exits->codes(), QList<int>{0});
+    QCOMPARE(m_scope->exits.codes(), QList<int>{0});
     QCOMPARE(fileText(QStringLiteral("zzzdip.ini")), QString(QStringLiteral("0,0,0,0\n")).repeated(7));
 }
 
@@ -347,7 +337,7 @@ void MainWindowTest::exitWritesSettingsOnce()
     other.show();
     window->openForm()->show();
     menuAction(*window, "mnuExit")->trigger();
-    QCOMPARE(m_exits->codes(), QList<int>{0});
+    QCOMPARE(m_scope->exits.codes(), QList<int>{0});
     QVERIFY(QFile::remove(QStringLiteral("zzzdip.ini")));
     // No other window is closed on the way out.
     QCOMPARE(other.closes, 0);
@@ -356,7 +346,7 @@ void MainWindowTest::exitWritesSettingsOnce()
     // Closing the main window afterwards writes nothing more.
     window->close();
     QVERIFY(!QFile::exists(QStringLiteral("zzzdip.ini")));
-    QCOMPARE(m_exits->codes(), QList<int>{0});
+    QCOMPARE(m_scope->exits.codes(), QList<int>{0});
 }
 
 void MainWindowTest::closingWritesSettingsOnce()
@@ -366,20 +356,20 @@ void MainWindowTest::closingWritesSettingsOnce()
     other.show();
     S().WinPos(3, 2) = 1234;
     QVERIFY(window->close());
-    QCOMPARE(m_exits->codes(), QList<int>{0});
+    QCOMPARE(m_scope->exits.codes(), QList<int>{0});
     QCOMPARE(fileText(QStringLiteral("zzzdip.ini")).split(QLatin1Char('\n'))[2], QStringLiteral("0,1234,0,0"));
     QCOMPARE(other.closes, 0);
     QVERIFY(QFile::remove(QStringLiteral("zzzdip.ini")));
     menuAction(*window, "mnuExit")->trigger();
     QVERIFY(!QFile::exists(QStringLiteral("zzzdip.ini")));
-    QCOMPARE(m_exits->codes(), QList<int>{0});
+    QCOMPARE(m_scope->exits.codes(), QList<int>{0});
 }
 
 void MainWindowTest::settingsLine6WrittenBackUnchanged()
 {
     const QString before = QStringLiteral("1,2,3,4\n5,6,7,8\n9,10,11,12\n13,14,15,16\n17,18,19,20\n"
                                           "-7,32767,-32768,99\n25,26,27,28\n");
-    m_folder->write(QStringLiteral("zzzdip.ini"), before.toLatin1());
+    m_scope->folder.write(QStringLiteral("zzzdip.ini"), before.toLatin1());
     const auto window = startMainWindow();
     QCOMPARE(S().WinPos(6, 3), rt::Integer(-32768));
     // The windows that own lines 1 and 7 store their new placements; nobody owns line 6.
@@ -412,28 +402,28 @@ void MainWindowTest::settingsAcrossTwoRuns()
         menuAction(*second, "mnuExit")->trigger();
     }
     QCOMPARE(fileText(QStringLiteral("zzzdip.ini")), written);
-    QCOMPARE(m_exits->codes(), (QList<int>{0, 0}));
+    QCOMPARE(m_scope->exits.codes(), (QList<int>{0, 0}));
 }
 
 void MainWindowTest::badSettingsFileIgnoredAtStart()
 {
-    m_folder->write(QStringLiteral("zzzdip.ini"), "10,20,30,40\n50,60,oops,80\n90,100,110,120\n");
+    m_scope->folder.write(QStringLiteral("zzzdip.ini"), "10,20,30,40\n50,60,oops,80\n90,100,110,120\n");
     const auto window = startMainWindow();
     QCOMPARE(S().WinPos(1, 4), rt::Integer(40));
     QCOMPARE(S().WinPos(2, 2), rt::Integer(60));
     QCOMPARE(S().WinPos(2, 3), rt::Integer(0));
     QCOMPARE(S().WinPos(3, 1), rt::Integer(0));
-    QVERIFY(m_messages->messages().isEmpty());
+    QVERIFY(m_scope->messages.messages().isEmpty());
     QVERIFY(window->isVisible());
 }
 
 void MainWindowTest::unwritableSettingsEndsWithReport()
 {
     // Writing is not protected: a folder in the way of the file is the runtime's error.
-    m_folder->mkdir(QStringLiteral("zzzdip.ini"));
+    m_scope->folder.mkdir(QStringLiteral("zzzdip.ini"));
     const auto window = startMainWindow();
     DIP_EXPECT_RUNTIME_ERROR(menuAction(*window, "mnuExit")->trigger(), 75);
-    QVERIFY(m_exits->codes().isEmpty());
+    QVERIFY(m_scope->exits.codes().isEmpty());
 }
 
 // ---- Buttons ----
@@ -456,7 +446,7 @@ void MainWindowTest::buttonsDoNothingBeforeLoad()
     QCOMPARE(S().RangeFirst, rt::Integer(77));
     QCOMPARE(S().RangeLast, rt::Integer(88));
     QCOMPARE(visibleWindows(), windowsBefore);
-    QVERIFY(m_messages->messages().isEmpty());
+    QVERIFY(m_scope->messages.messages().isEmpty());
     for (int k = 1; k <= 16; ++k)
         QCOMPARE(window->text(k), QString());
 }
@@ -476,9 +466,9 @@ void MainWindowTest::methodButtonsSetRangeAfterLoad()
 {
     QFETCH(int, method);
     QFETCH(bool, setsRange);
-    m_folder->write(QStringLiteral("curve.csv"), dipCurve(40, 7));
+    m_scope->folder.write(QStringLiteral("curve.csv"), dipCurve(40, 7));
     const auto window = startMainWindow();
-    openThroughDialog(*window, m_folder->path(), QStringLiteral("curve.csv"));
+    openThroughDialog(*window, m_scope->folder.path(), QStringLiteral("curve.csv"));
     QCOMPARE(S().NumPts, rt::Integer(40));
     // Two points deleted: the range is all used points.
     S().PickIdx = 3;
@@ -495,9 +485,9 @@ void MainWindowTest::methodButtonsSetRangeAfterLoad()
 void MainWindowTest::switchingToInvertedKeepsDeletions()
 {
     const int n = 40, brightest = 7;
-    m_folder->write(QStringLiteral("curve.csv"), dipCurve(n, brightest));
+    m_scope->folder.write(QStringLiteral("curve.csv"), dipCurve(n, brightest));
     const auto window = startMainWindow();
-    openThroughDialog(*window, m_folder->path(), QStringLiteral("curve.csv"));
+    openThroughDialog(*window, m_scope->folder.path(), QStringLiteral("curve.csv"));
     const int faintest = S().IdxMagMax;
     QVERIFY(faintest > brightest);
     window->setText(1, QStringLiteral("0.50000"));
@@ -563,8 +553,8 @@ void MainWindowTest::switchingToInvertedKeepsDeletions()
 
 void MainWindowTest::loadThroughOpenDialog()
 {
-    const QString folder = m_folder->mkdir(QStringLiteral("data"));
-    m_folder->write(QStringLiteral("data/curve.csv"), dipCurve(25, 4));
+    const QString folder = m_scope->folder.mkdir(QStringLiteral("data"));
+    m_scope->folder.write(QStringLiteral("data/curve.csv"), dipCurve(25, 4));
     const auto window = startMainWindow();
     // Leftovers of an earlier session: "-Mags (inverted)", results, ticks, means.
     control<QRadioButton>(*window, QStringLiteral("Option1_1"))->click();
@@ -574,7 +564,7 @@ void MainWindowTest::loadThroughOpenDialog()
         window->setChecked(k, true);
 
     openThroughDialog(*window, folder, QStringLiteral("curve.csv"));
-    QVERIFY(m_messages->messages().isEmpty());
+    QVERIFY(m_scope->messages.messages().isEmpty());
     QCOMPARE(window->windowTitle(), QStringLiteral("Dipscope - curve.csv"));
     QCOMPARE(control<QLabel>(*window, QStringLiteral("Label17"))->text(), QStringLiteral("25"));
     QCOMPARE(control<QLabel>(*window, QStringLiteral("Label18"))->text(), QStringLiteral("25"));
@@ -595,18 +585,18 @@ void MainWindowTest::loadThroughOpenDialog()
 
 void MainWindowTest::refusedLoadKeepsPreviousFile()
 {
-    m_folder->write(QStringLiteral("good.csv"), dipCurve(30, 5));
-    m_folder->write(QStringLiteral("bad.csv"), "2451234.5,12.3\n2451234.6 12.4\n");
+    m_scope->folder.write(QStringLiteral("good.csv"), dipCurve(30, 5));
+    m_scope->folder.write(QStringLiteral("bad.csv"), "2451234.5,12.3\n2451234.6 12.4\n");
     const auto window = startMainWindow();
-    openThroughDialog(*window, m_folder->path(), QStringLiteral("good.csv"));
+    openThroughDialog(*window, m_scope->folder.path(), QStringLiteral("good.csv"));
     for (int k = 1; k <= 16; ++k)
         window->setText(k, QStringLiteral("r%1").arg(k));
     window->setChecked(2, true);
     const double hjd5 = S().HJD(5);
 
-    openThroughDialog(*window, m_folder->path(), QStringLiteral("bad.csv"));
-    QCOMPARE(m_messages->messages(), QStringList{csvFormatMessage()});
-    QCOMPARE(m_messages->messages().first(),
+    openThroughDialog(*window, m_scope->folder.path(), QStringLiteral("bad.csv"));
+    QCOMPARE(m_scope->messages.messages(), QStringList{csvFormatMessage()});
+    QCOMPARE(m_scope->messages.messages().first(),
              QStringLiteral("Sorry - your data file needs to be in the Comma Separated Variables format.  "
                             "See [menu] Help > Help - Data Files for details."));
     QCOMPARE(window->windowTitle(), QStringLiteral("Dipscope - good.csv"));
@@ -714,10 +704,10 @@ void MainWindowTest::calcMeans()
 
 void MainWindowTest::commandLineFile()
 {
-    m_folder->write(QStringLiteral("obs/night 1/curve.csv"), dipCurve(12, 2));
+    m_scope->folder.write(QStringLiteral("obs/night 1/curve.csv"), dipCurve(12, 2));
     const auto window = startMainWindow();
     window->openFromCommandLine(QStringLiteral("obs/night 1/curve.csv"));
-    const QString folder = QDir::toNativeSeparators(QDir(m_folder->path()).filePath(QStringLiteral("obs/night 1")));
+    const QString folder = QDir::toNativeSeparators(QDir(m_scope->folder.path()).filePath(QStringLiteral("obs/night 1")));
     QCOMPARE(S().DataDir, folder);
     QCOMPARE(S().DataName, QStringLiteral("curve.csv"));
     QCOMPARE(S().DataPath, folder + QDir::separator() + QStringLiteral("curve.csv"));
@@ -745,13 +735,13 @@ void MainWindowTest::commandLineProcess()
     QFETCH(QStringList, arguments);
     QFETCH(int, exitCode);
     QFETCH(QString, output);
-    m_folder->write(QStringLiteral("sub/curve.csv"), dipCurve(12, 2));
+    m_scope->folder.write(QStringLiteral("sub/curve.csv"), dipCurve(12, 2));
     QProcess process;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     env.insert(QStringLiteral("DIPSCOPE_EXIT_WHEN_SHOWN"), QStringLiteral("1"));
     process.setProcessEnvironment(env);
-    process.setWorkingDirectory(m_folder->path());
+    process.setWorkingDirectory(m_scope->folder.path());
     process.start(QStringLiteral(DIPSCOPE_BINARY), arguments);
     QVERIFY(process.waitForFinished(60000));
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
@@ -760,7 +750,7 @@ void MainWindowTest::commandLineProcess()
     if (exitCode == 2)
         QVERIFY(process.readAllStandardError().contains("usage: dipscope [FILE]"));
     // Leaving this way writes no settings file.
-    QVERIFY(!QFile::exists(m_folder->path() + QStringLiteral("/zzzdip.ini")));
+    QVERIFY(!QFile::exists(m_scope->folder.path() + QStringLiteral("/zzzdip.ini")));
 }
 
 QTEST_MAIN(MainWindowTest)
