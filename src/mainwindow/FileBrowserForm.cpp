@@ -3,7 +3,7 @@
 #include "mainwindow/FileBrowserForm.h"
 
 #include "mainwindow/FileLists.h"
-#include "mainwindow/Twips.h"
+#include "mainwindow/TwipsLayout.h"
 
 #include <QDir>
 #include <QLabel>

@@ -6,7 +6,7 @@
 #include "mainwindow/Means.h"
 #include "mainwindow/Settings.h"
 #include "mainwindow/StartUp.h"
-#include "mainwindow/Twips.h"
+#include "mainwindow/TwipsLayout.h"
 #include "mainwindow/frmOpen.h"
 #include "mainwindow/frmSaveAs.h"
 #include "methods/MethodEntries.h"

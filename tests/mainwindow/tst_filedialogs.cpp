@@ -6,7 +6,7 @@
 #include "mainwindow/frmMain.h"
 #include "mainwindow/frmOpen.h"
 #include "mainwindow/frmSaveAs.h"
-#include "mainwindow/Twips.h"
+#include "mainwindow/TwipsLayout.h"
 #include "session/Session.h"
 #include "support/TestSupport.h"
 
