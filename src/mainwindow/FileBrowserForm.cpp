@@ -28,7 +28,9 @@ T* named(T* widget, const char* name)
 
 QLabel* label(QWidget* parent, const char* name, const QString& text)
 {
-    return named(new QLabel(text, parent), name);
+    auto* l = named(new QLabel(text, parent), name);
+    l->setTextFormat(Qt::PlainText); // a folder name is never markup
+    return l;
 }
 
 } // namespace

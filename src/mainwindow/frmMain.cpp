@@ -64,6 +64,7 @@ QLabel* label(QWidget* parent, const QString& name, const QString& text, int lef
               Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter)
 {
     auto* l = named(new QLabel(text, parent), name);
+    l->setTextFormat(Qt::PlainText); // shown as written, both blanks of "Std. Error of  Weighted Mean" too
     l->setAlignment(alignment);
     placeTwips(l, left, top, width, height);
     return l;
