@@ -9,6 +9,16 @@
 
 namespace dip {
 
+void PlotFourierLightCurve(FormPort& form)
+{
+    const Session& s = S();
+    form.cls();
+    SetPlotBox(FourierPlotLeft, form.formWidth() - FourierRightMargin, FourierPlotTop,
+               form.formHeight() - FourierBottomMargin);
+    DrawAxes(form, CurrentScale(), s.HJDRange, s.HJDMax);
+    DrawUsedPoints(form, CurrentScale(), colours::red);
+}
+
 void DrawFourierCurve(FormPort& form)
 {
     Session& s = S();

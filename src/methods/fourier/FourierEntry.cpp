@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 #include "methods/MethodEntries.h"
+#include "methods/fourier/frmPlott5.h"
 
 namespace dip {
 
-void StartFourier() {}
+void StartFourier()
+{
+    frmPlott5::instance().start();
+}
 
 } // namespace dip

@@ -84,6 +84,17 @@ void undoFourier(FourierView& view);
 // Focus, resize and drag: the plot again, and the stored model curve thin.
 void redrawFourierWindow(FourierView& view);
 
+// The margins of the window's plot box: the parameter boxes stand right of it, the index labels
+// and the buttons below it.
+constexpr double FourierPlotLeft = 500;
+constexpr double FourierPlotTop = 242;
+constexpr double FourierRightMargin = 2400;
+constexpr double FourierBottomMargin = 1300;
+
+// The window's light-curve plot: clears the form, sets the plot box from the form's size, and
+// draws the time grid, the frame and the used points (red) with the current extents.
+void PlotFourierLightCurve(FormPort& form);
+
 // The model curve of FourierPar over the picked range: 101 points into CurveT / CurveM, drawn
 // as a thick band (each segment 21 strokes shifted -10 .. +10 twips vertically).
 void DrawFourierCurve(FormPort& form);
