@@ -75,10 +75,7 @@ int main()
 
     FormMemory form;
     FourierView view{form, [] {}};
-    s.RangeFirst = 1;
-    s.RangeLast = s.NumPts;
-    fourierFormLoad(form);
-    showFourierWindow(view);
+    pressFourierButton(view);
 
     // Each run: Undo, the whole range picked again, the start values typed, "Update", and the
     // timed " Fit Fourier".

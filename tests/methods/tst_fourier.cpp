@@ -75,13 +75,7 @@ struct Window {
         s.PlotHeight = s.PlotBottom - s.PlotTop;
     }
     // "5. Fourier Fit" on the main window.
-    void open()
-    {
-        S().RangeFirst = 1;
-        S().RangeLast = S().NumPts;
-        fourierFormLoad(form);
-        showFourierWindow(view);
-    }
+    void open() { pressFourierButton(view); }
     double xOf(double t) const { return S().PlotLeft + S().PlotWidth * (t - S().HJDMin) / S().HJDRange; }
     // A right-click exactly at time t, at its place across the plot.
     void pick(double t)
@@ -93,6 +87,14 @@ struct Window {
     {
         for (int k = 1; k <= 8; ++k)
             form.setControlText(fourierText::boxName(k), texts.value(k - 1));
+    }
+    // Both ends picked, the texts typed and "Update" pressed.
+    void pickAndUpdate(const QStringList& texts, double left = 2451234.51, double right = 2451234.63)
+    {
+        pick(left);
+        pick(right);
+        type(texts);
+        updateFourier(view);
     }
     QString box(int k) const { return form.controlText(fourierText::boxName(k)); }
 };
@@ -125,6 +127,9 @@ std::vector<std::pair<double, double>> dipCurve(const Par& p, int n, double t0, 
     }
     return points;
 }
+
+// 101 points over 0.14 day with 0.01 mag of scatter.
+std::vector<std::pair<double, double>> noisyDip() { return dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3); }
 
 bool load(const std::vector<std::pair<double, double>>& points) { return loadText(csv(points)); }
 
@@ -467,10 +472,7 @@ void FourierTest::redrawIsThin()
     QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
     Window w;
     w.open();
-    w.pick(2451234.53);
-    w.pick(2451234.61);
-    w.type(nearStart);
-    updateFourier(w.view);
+    w.pickAndUpdate(nearStart, 2451234.53, 2451234.61);
     const auto thick = w.form.ofColour(colours::blue);
     redrawFourierWindow(w.view);
     const auto thin = w.form.ofColour(colours::blue);
@@ -504,13 +506,10 @@ void FourierTest::fitWithoutRange()
 
 void FourierTest::fitPublishesAndRewritesBoxes()
 {
-    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    QVERIFY(load(noisyDip()));
     Window w;
     w.open();
-    w.pick(2451234.51);
-    w.pick(2451234.63);
-    w.type(nearStart);
-    updateFourier(w.view);
+    w.pickAndUpdate(nearStart);
     MessageRecorder messages;
     const FourierFitOutcome outcome = fitFourier(w.view);
     QVERIFY(messages.messages().isEmpty());
@@ -549,7 +548,7 @@ void FourierTest::fitPublishesAndRewritesBoxes()
 
 void FourierTest::loopStopsAtFirstSmallGain()
 {
-    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    QVERIFY(load(noisyDip()));
     // A start far enough off that the loop sees refused steps and large gains first.
     const QStringList farStart = {"2451234.56", "12.4", "22", ".2", ".1", ".05", ".01", ".005"};
     Window w;
@@ -634,13 +633,10 @@ void FourierTest::zeroAmplitudesSingularOnEveryIteration()
 
 void FourierTest::secondFitClickChangesNothing()
 {
-    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    QVERIFY(load(noisyDip()));
     Window w;
     w.open();
-    w.pick(2451234.51);
-    w.pick(2451234.63);
-    w.type(nearStart);
-    updateFourier(w.view);
+    w.pickAndUpdate(nearStart);
     fitFourier(w.view);
     const QString time = mainForm().text(5), error = mainForm().text(11);
     const auto par = S().Fourier.FourierPar;
@@ -664,13 +660,10 @@ void FourierTest::secondFitClickChangesNothing()
 
 void FourierTest::undoRestoresAndRangeMustBePickedAgain()
 {
-    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    QVERIFY(load(noisyDip()));
     Window w;
     w.open();
-    w.pick(2451234.51);
-    w.pick(2451234.63);
-    w.type(nearStart);
-    updateFourier(w.view);
+    w.pickAndUpdate(nearStart);
     const FourierFitOutcome first = fitFourier(w.view);
     const QString caption = w.form.caption();
     const int plots = w.plots;
@@ -713,14 +706,11 @@ void FourierTest::undoRestoresAndRangeMustBePickedAgain()
 
 void FourierTest::displayedTimeAddsHJDOffset()
 {
-    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    QVERIFY(load(noisyDip()));
     S().HJDOffset = 2400000; // nothing in the program sets it; it is added all the same
     Window w;
     w.open();
-    w.pick(2451234.51);
-    w.pick(2451234.63);
-    w.type(nearStart);
-    updateFourier(w.view);
+    w.pickAndUpdate(nearStart);
     const FourierFitOutcome outcome = fitFourier(w.view);
     const double xo = S().Fourier.FourierPar(1);
     QCOMPARE(outcome.time, xo);
@@ -732,7 +722,7 @@ void FourierTest::displayedTimeAddsHJDOffset()
 
 void FourierTest::methodButtonRedrawsMarkersAndCurve()
 {
-    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    QVERIFY(load(noisyDip()));
     Window w;
     w.open();
     QVERIFY(w.form.ofColour(colours::purple).empty());
@@ -756,15 +746,12 @@ void FourierTest::methodButtonRedrawsMarkersAndCurve()
 
 void FourierTest::parEditedFlags()
 {
-    QVERIFY(load(dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3)));
+    QVERIFY(load(noisyDip()));
     for (int k = 1; k <= 8; ++k)
         QCOMPARE(S().Fourier.ParEdited(k), rt::True);
     Window w;
     w.open();
-    w.pick(2451234.51);
-    w.pick(2451234.63);
-    w.type(nearStart);
-    updateFourier(w.view);
+    w.pickAndUpdate(nearStart);
     fitFourier(w.view);
     for (int k = 1; k <= 8; ++k)
         QCOMPARE(S().Fourier.ParEdited(k), rt::False);
@@ -793,14 +780,11 @@ void FourierTest::syntheticDipRecoversXo()
 
 void FourierTest::replayMatchesWindow()
 {
-    const auto points = dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3);
+    const auto points = noisyDip();
     QVERIFY(load(points));
     Window w;
     w.open();
-    w.pick(2451234.51);
-    w.pick(2451234.63);
-    w.type(nearStart);
-    updateFourier(w.view);
+    w.pickAndUpdate(nearStart);
     const FourierFitOutcome outcome = fitFourier(w.view);
     const QString time = mainForm().text(5), error = mainForm().text(11);
 
@@ -820,7 +804,7 @@ void FourierTest::replayMatchesWindow()
 
 void FourierTest::replayWithoutStartUsesLoadValues()
 {
-    const auto points = dipCurve(truth, 101, 2451234.50, 2451234.64, 0.01, 3);
+    const auto points = noisyDip();
     QVERIFY(load(points));
     Window w;
     w.open();

@@ -7,6 +7,7 @@
 #include "session/Procedures.h"
 #include "session/Session.h"
 #include "methods/TracingCurves.h"
+#include "support/PixelChecks.h"
 #include "support/TestSupport.h"
 
 #include <QLabel>
@@ -20,35 +21,12 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::colourNear;
+using dip::test::countPixels;
+using dip::test::isColour;
 using dip::test::tenPoints;
 
 namespace {
-
-bool isColour(const QColor& c, Rgb rgb)
-{
-    return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b;
-}
-
-// Whether a pixel of the colour lies within one pixel of the form position (a point's disc is
-// one pixel in radius; a grid line drawn later may cover one column of it).
-bool colourNear(const frmPlott2& form, double x, double y, Rgb rgb)
-{
-    for (int dx = -1; dx <= 1; ++dx)
-        for (int dy = -1; dy <= 1; ++dy)
-            if (isColour(form.pixelAt(x + dx * TwipsPerPixel, y + dy * TwipsPerPixel), rgb))
-                return true;
-    return false;
-}
-
-int countPixels(const QImage& image, Rgb rgb)
-{
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            if (isColour(image.pixelColor(x, y), rgb))
-                ++n;
-    return n;
-}
 
 // Clicks a part of the scroll bar as the style lays it out.
 void clickBar(QScrollBar* bar, QStyle::SubControl part)

@@ -7,6 +7,7 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
+#include "support/PixelChecks.h"
 #include "support/TestSupport.h"
 
 #include <QLabel>
@@ -17,6 +18,9 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::colourNear;
+using dip::test::countPixels;
+using dip::test::isColour;
 
 namespace {
 
@@ -37,31 +41,6 @@ std::vector<std::pair<double, double>> dipPoints()
 }
 
 const QStringList nearStart = {"2451234.566", "12.45", "29", ".25", ".12", ".05", ".012", ".002"};
-
-bool isColour(const QColor& c, Rgb rgb)
-{
-    return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b;
-}
-
-int countPixels(const QImage& image, Rgb rgb)
-{
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-            if (isColour(image.pixelColor(x, y), rgb))
-                ++n;
-    return n;
-}
-
-// Whether a pixel of the colour lies within one pixel of the form position.
-bool colourNear(const frmPlott5& form, double x, double y, Rgb rgb)
-{
-    for (int dx = -1; dx <= 1; ++dx)
-        for (int dy = -1; dy <= 1; ++dy)
-            if (isColour(form.pixelAt(x + dx * TwipsPerPixel, y + dy * TwipsPerPixel), rgb))
-                return true;
-    return false;
-}
 
 } // namespace
 
@@ -90,6 +69,8 @@ private:
     void rightClick(double t);
     void type(const QStringList& texts);
     void click(QPushButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
+    // The window opened, the range picked around the dip, the start values typed.
+    void openAndPick();
     double xOf(double t) const { return PlotX(CurrentScale(), t); }
 };
 
@@ -125,6 +106,14 @@ void FrmPlott5Test::type(const QStringList& texts)
         box->selectAll();
         QTest::keyClicks(box, texts[k - 1]);
     }
+}
+
+void FrmPlott5Test::openAndPick()
+{
+    open();
+    rightClick(2451234.5205);
+    rightClick(2451234.6105);
+    type(nearStart);
 }
 
 void FrmPlott5Test::opensWithDesignAndStartValues()
@@ -264,10 +253,7 @@ void FrmPlott5Test::updatePreviewsThickThenRedrawIsThin()
 
 void FrmPlott5Test::fitPublishesAndRewritesBoxes()
 {
-    open();
-    rightClick(2451234.5205);
-    rightClick(2451234.6105);
-    type(nearStart);
+    openAndPick();
     click(m_form->Command1());
     click(m_form->Command2());
     const FourierState& f = S().Fourier;
@@ -284,10 +270,7 @@ void FrmPlott5Test::fitPublishesAndRewritesBoxes()
 
 void FrmPlott5Test::secondFitDoesNothing()
 {
-    open();
-    rightClick(2451234.5205);
-    rightClick(2451234.6105);
-    type(nearStart);
+    openAndPick();
     click(m_form->Command1());
     click(m_form->Command2());
     const QString time = mainForm().text(5);
@@ -302,10 +285,7 @@ void FrmPlott5Test::secondFitDoesNothing()
 
 void FrmPlott5Test::undoAndPickAgain()
 {
-    open();
-    rightClick(2451234.5205);
-    rightClick(2451234.6105);
-    type(nearStart);
+    openAndPick();
     click(m_form->Command1());
     click(m_form->Command2());
     const QString time = mainForm().text(5);
@@ -332,10 +312,7 @@ void FrmPlott5Test::undoAndPickAgain()
 
 void FrmPlott5Test::resizeStoresPlacementAndRedrawsThin()
 {
-    open();
-    rightClick(2451234.5205);
-    rightClick(2451234.6105);
-    type(nearStart);
+    openAndPick();
     click(m_form->Command1());
     const int thick = countPixels(m_form->picture(), colours::blue);
     m_form->resize(800, 560);
@@ -351,10 +328,7 @@ void FrmPlott5Test::resizeStoresPlacementAndRedrawsThin()
 
 void FrmPlott5Test::doneAndExitHide()
 {
-    open();
-    rightClick(2451234.5205);
-    rightClick(2451234.6105);
-    type(nearStart);
+    openAndPick();
     click(m_form->Command2());
     const QString time = mainForm().text(5);
     QVERIFY(!time.isEmpty());
@@ -370,10 +344,7 @@ void FrmPlott5Test::doneAndExitHide()
 
 void FrmPlott5Test::reopenRedrawsMarkersAndCurve()
 {
-    open();
-    rightClick(2451234.5205);
-    rightClick(2451234.6105);
-    type(nearStart);
+    openAndPick();
     click(m_form->Command1());
     click(m_form->Command2());
     click(m_form->Command4());

@@ -67,6 +67,20 @@ ParList inOrder()
     return l;
 }
 
+// The caller's side of a fit: the variables handed to every call of MarquardtStep.
+struct Fit {
+    Fit(const Problem& problem, const ParVector& start) : p(problem), a(start) {}
+
+    Problem p;
+    ParVector a;
+    ParList lista = inOrder();
+    ParMatrix covar, alpha;
+    double chisq = 0;
+    double alamda = -1;
+
+    void step() { MarquardtStep(p.x, p.y, p.sig, p.n, a, 8, lista, 8, covar, alpha, 8, chisq, alamda); }
+};
+
 const ParVector truthA = parameters(0.3, 0.1, 0.04, 0.01, 0.003, 12.5, 30, 2451234.5678);
 
 // The coefficient sums by the plainest loops: the bits the solver must reproduce.
@@ -320,18 +334,15 @@ void MarquardtTest::coefficientsPointBeyond1000()
 void MarquardtTest::startSetsDampingBeforeTheFirstTrial()
 {
     // The first trial is the step of (alpha + 0.001 diag(alpha)) da = beta from the start values.
-    Problem p = curve(truthA, 200, 2451234.45, 2451234.69, 0.01, 11);
-    ParVector a = parameters(0.28, 0.11, 0.03, 0.01, 0.004, 12.48, 30.5, 2451234.569);
-    const ParVector start = a;
+    Fit f(curve(truthA, 200, 2451234.45, 2451234.69, 0.01, 11),
+          parameters(0.28, 0.11, 0.03, 0.01, 0.004, 12.48, 30.5, 2451234.569));
+    const ParVector start = f.a;
     ParMatrix alpha0, beta0;
     double chisq0 = 0;
-    MarquardtCoefficients(p.x, p.y, p.sig, p.n, start, 8, inOrder(), 8, alpha0, beta0, 8, chisq0);
+    MarquardtCoefficients(f.p.x, f.p.y, f.p.sig, f.p.n, start, 8, inOrder(), 8, alpha0, beta0, 8, chisq0);
 
     MessageRecorder messages;
-    ParList lista = inOrder();
-    ParMatrix covar, alpha;
-    double chisq = 0, alamda = -1;
-    MarquardtStep(p.x, p.y, p.sig, p.n, a, 8, lista, 8, covar, alpha, 8, chisq, alamda);
+    f.step();
     QVERIFY(messages.messages().isEmpty());
 
     ParMatrix damped = alpha0;
@@ -350,57 +361,52 @@ void MarquardtTest::startSetsDampingBeforeTheFirstTrial()
 
 void MarquardtTest::dampingAfterAcceptedTrial()
 {
-    Problem p = curve(truthA, 200, 2451234.45, 2451234.69, 0.01, 11);
-    ParVector a = parameters(0.28, 0.11, 0.03, 0.01, 0.004, 12.48, 30.5, 2451234.569);
-    const double before = plainChisq(p, a);
-    ParList lista = inOrder();
-    ParMatrix covar, alpha;
-    double chisq = 0, alamda = -1;
-    MarquardtStep(p.x, p.y, p.sig, p.n, a, 8, lista, 8, covar, alpha, 8, chisq, alamda);
-    QVERIFY(chisq < before);
-    QCOMPARE(alamda, 0.1 * 0.001);
-    DIP_COMPARE_REL(alamda, 0.0001, 1e-15);
-    QVERIFY(sameVector(a, marquardtWork().ATry));
-    QCOMPARE(marquardtWork().OChisq, chisq);
-    QCOMPARE(chisq, plainChisq(p, a));
+    Fit f{curve(truthA, 200, 2451234.45, 2451234.69, 0.01, 11),
+          parameters(0.28, 0.11, 0.03, 0.01, 0.004, 12.48, 30.5, 2451234.569)};
+    const double before = plainChisq(f.p, f.a);
+    f.step();
+    QVERIFY(f.chisq < before);
+    QCOMPARE(f.alamda, 0.1 * 0.001);
+    DIP_COMPARE_REL(f.alamda, 0.0001, 1e-15);
+    QVERIFY(sameVector(f.a, marquardtWork().ATry));
+    QCOMPARE(marquardtWork().OChisq, f.chisq);
+    QCOMPARE(f.chisq, plainChisq(f.p, f.a));
+}
+
+// A start far off in W: the nearly undamped first step overshoots (the tests check it does).
+Fit overshootingStart()
+{
+    return {curve(truthA, 200, 2451234.45, 2451234.69, 0.01, 11),
+            parameters(0.3, 0.1, 0.04, 0.01, 0.003, 12.5, 5, 2451234.5678)};
 }
 
 void MarquardtTest::dampingAfterRejectedTrial()
 {
-    // A start far off in W: the nearly undamped first step overshoots (checked below).
-    Problem p = curve(truthA, 200, 2451234.45, 2451234.69, 0.01, 11);
-    ParVector a = parameters(0.3, 0.1, 0.04, 0.01, 0.003, 12.5, 5, 2451234.5678);
-    const ParVector start = a;
-    const double before = plainChisq(p, a);
-    ParList lista = inOrder();
-    ParMatrix covar, alpha;
-    double chisq = 0, alamda = -1;
-    MarquardtStep(p.x, p.y, p.sig, p.n, a, 8, lista, 8, covar, alpha, 8, chisq, alamda);
-    QVERIFY(plainChisq(p, marquardtWork().ATry) > before);
-    QCOMPARE(alamda, 10 * 0.001);
-    DIP_COMPARE_REL(alamda, 0.01, 1e-15);
-    QVERIFY(sameVector(a, start));
+    Fit f = overshootingStart();
+    const ParVector start = f.a;
+    const double before = plainChisq(f.p, f.a);
+    f.step();
+    QVERIFY(plainChisq(f.p, marquardtWork().ATry) > before);
+    QCOMPARE(f.alamda, 10 * 0.001);
+    DIP_COMPARE_REL(f.alamda, 0.01, 1e-15);
+    QVERIFY(sameVector(f.a, start));
 }
 
 void MarquardtTest::rejectedTrialReturnsPreviousChisq()
 {
-    Problem p = curve(truthA, 200, 2451234.45, 2451234.69, 0.01, 11);
-    ParVector a = parameters(0.3, 0.1, 0.04, 0.01, 0.003, 12.5, 5, 2451234.5678);
-    const double before = plainChisq(p, a);
-    ParList lista = inOrder();
-    ParMatrix covar, alpha;
-    double chisq = 0, alamda = -1;
-    MarquardtStep(p.x, p.y, p.sig, p.n, a, 8, lista, 8, covar, alpha, 8, chisq, alamda);
-    const double trial = plainChisq(p, marquardtWork().ATry);
+    Fit f = overshootingStart();
+    const double before = plainChisq(f.p, f.a);
+    f.step();
+    const double trial = plainChisq(f.p, marquardtWork().ATry);
     QVERIFY(trial != before);
-    QCOMPARE(chisq, before);
+    QCOMPARE(f.chisq, before);
     QCOMPARE(marquardtWork().OChisq, before);
 
     // The second trial, with ten times the damping, is refused too: the same chi-square again.
-    MarquardtStep(p.x, p.y, p.sig, p.n, a, 8, lista, 8, covar, alpha, 8, chisq, alamda);
-    QVERIFY(plainChisq(p, marquardtWork().ATry) > before);
-    QCOMPARE(alamda, 10 * (10 * 0.001));
-    QCOMPARE(chisq, before);
+    f.step();
+    QVERIFY(plainChisq(f.p, marquardtWork().ATry) > before);
+    QCOMPARE(f.alamda, 10 * (10 * 0.001));
+    QCOMPARE(f.chisq, before);
 }
 
 void MarquardtTest::equalChisqIsAccepted()
@@ -562,17 +568,13 @@ void MarquardtTest::dampingUnderflowsToZeroAndFinishes()
 
 void MarquardtTest::listaInOrderPassesSilently()
 {
-    Problem p = curve(truthA, 50, 2451234.45, 2451234.69, 0.01, 2);
-    ParVector a = truthA;
+    Fit f(curve(truthA, 50, 2451234.45, 2451234.69, 0.01, 2), truthA);
     MessageRecorder messages;
-    ParList lista = inOrder();
-    ParMatrix covar, alpha;
-    double chisq = 0, alamda = -1;
-    MarquardtStep(p.x, p.y, p.sig, p.n, a, 8, lista, 8, covar, alpha, 8, chisq, alamda);
+    f.step();
     QVERIFY(messages.messages().isEmpty());
-    QVERIFY(alamda > 0);
+    QVERIFY(f.alamda > 0);
     for (int j = 1; j <= 8; ++j)
-        QCOMPARE(lista(j), static_cast<Integer>(j));
+        QCOMPARE(f.lista(j), static_cast<Integer>(j));
 }
 
 void MarquardtTest::listaWithRepeatIsImproper()

@@ -105,6 +105,15 @@ void showFourierWindow(FourierView& view)
         RedrawFourierCurve(view.form);
 }
 
+void pressFourierButton(FourierView& view)
+{
+    Session& s = S();
+    s.RangeFirst = 1;
+    s.RangeLast = s.NumPts;
+    fourierFormLoad(view.form);
+    showFourierWindow(view);
+}
+
 void fourierParEdited(int index) { S().Fourier.ParEdited(index) = rt::True; }
 
 void updateFourier(FourierView& view)

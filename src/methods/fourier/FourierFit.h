@@ -51,6 +51,11 @@ void fourierFormLoad(FormPort& form);
 // curve if a fit has been made.
 void showFourierWindow(FourierView& view);
 
+// The main window's "5. Fourier Fit" button on a window not loaded yet, as the console tool
+// and the benchmark press it: the range becomes all used points (RangeFirst = 1, RangeLast =
+// NumPts), Form_Load, then showFourierWindow.
+void pressFourierButton(FourierView& view);
+
 // Form_MouseDown: a right-click (button 2) inside the plot box picks an end of the range.
 void fourierMouseDown(FourierView& view, int button, double x, double y);
 

@@ -11,6 +11,22 @@ namespace dip {
 
 using namespace fourierText;
 
+namespace {
+
+// The old marker of an end is painted over in white (even before any was drawn, at x = 0;
+// whatever the line crosses is not redrawn), the new one drawn in purple at x.
+void moveMarker(FormPort& form, double& markX, double x)
+{
+    const Session& s = S();
+    form.setForeColor(colours::white);
+    form.line(markX, s.PlotTop, markX, s.PlotBottom);
+    form.setForeColor(colours::purple);
+    form.line(x, s.PlotTop, x, s.PlotBottom);
+    markX = x;
+}
+
+} // namespace
+
 void fourierMouseDown(FourierView& view, int button, double x, double y)
 {
     Session& s = S();
@@ -40,9 +56,7 @@ void pickFourierEnd(FourierView& view, double x, double clickHJD, double fractio
     const bool rightEnd = estimate >= s.IdxMagMax;
 
     if (!rightEnd) {
-        // The old marker is painted over in white, even before any was drawn (at x = 0).
-        form.setForeColor(colours::white);
-        form.line(r.LeftMarkX, s.PlotTop, r.LeftMarkX, s.PlotBottom);
+        moveMarker(form, r.LeftMarkX, x);
         // The first point after the click; when there is none the index stays as it was.
         for (int i = 1; i <= s.NumPts; ++i) {
             if (s.HJD(i) > clickHJD) {
@@ -50,16 +64,12 @@ void pickFourierEnd(FourierView& view, double x, double clickHJD, double fractio
                 break;
             }
         }
-        form.setForeColor(colours::purple);
-        form.line(x, s.PlotTop, x, s.PlotBottom);
-        r.LeftMarkX = x;
         r.LeftHJD = clickHJD;
         r.LeftSet = rt::True;
         form.setControlText(leftIndexLabel(), rt::Str(r.LeftIdx));
         form.setCaption(leftPickedPrompt());
     } else {
-        form.setForeColor(colours::white);
-        form.line(r.RightMarkX, s.PlotTop, r.RightMarkX, s.PlotBottom);
+        moveMarker(form, r.RightMarkX, x);
         // The last point before the click.
         for (int i = s.NumPts; i >= 1; --i) {
             if (s.HJD(i) < clickHJD) {
@@ -67,9 +77,6 @@ void pickFourierEnd(FourierView& view, double x, double clickHJD, double fractio
                 break;
             }
         }
-        form.setForeColor(colours::purple);
-        form.line(x, s.PlotTop, x, s.PlotBottom);
-        r.RightMarkX = x;
         r.RightHJD = clickHJD;
         r.RightSet = rt::True;
         form.setControlText(rightIndexLabel(), rt::Str(r.RightIdx));

@@ -17,10 +17,7 @@ ReplayResult ReplayFourier(const std::vector<double>& clicks, const std::optiona
     // "5. Fourier Fit" opening the window for the first time. The tool draws nothing.
     FormMemory form;
     FourierView view{form, [] {}};
-    s.RangeFirst = 1;
-    s.RangeLast = s.NumPts;
-    fourierFormLoad(form);
-    showFourierWindow(view);
+    pressFourierButton(view);
 
     // A right-click at time t: exactly t, at (t - HJDMin) / HJDRange across the plot box.
     for (const double t : clicks) {
