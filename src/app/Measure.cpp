@@ -29,7 +29,8 @@ const char* const usageText =
     "         [--kwee T1,T2 [--stepp TEXT] [--frac TEXT]]\n"
     "         [--fourier T1,T2 [--fourier-start V1,...,V8]] [--sliding]\n"
     "Loads FILE as the Open dialog does, replays the given deletions, right-clicks and method\n"
-    "buttons in the order 1 to 6, presses \"Calc. Means\" and prints the main window's results.\n"
+    "buttons in the order 1 to 6, presses \"Calc. Means\" and prints the main window's results\n"
+    "(and the Fourier window's boxes after its fit).\n"
     "Options take their value as the next argument or after '='.\n";
 
 struct UsageError {
@@ -212,8 +213,15 @@ void printJson(std::FILE* out, const std::vector<Row>& rows)
         else
             json += QStringLiteral("\"time\": %1, \"error\": %2, ")
                         .arg(jsonNumber(row.result.time), jsonNumber(row.result.error));
-        json += QStringLiteral("\"time_text\": %1, \"error_text\": %2}")
+        json += QStringLiteral("\"time_text\": %1, \"error_text\": %2")
                     .arg(jsonString(form.text(row.method)), jsonString(form.text(row.method + 6)));
+        if (!row.result.boxes.isEmpty()) {
+            QStringList boxes;
+            for (const QString& box : row.result.boxes)
+                boxes << jsonString(box);
+            json += QStringLiteral(", \"boxes\": [%1]").arg(boxes.join(QLatin1String(", ")));
+        }
+        json += QLatin1Char('}');
     }
     json += QStringLiteral("], \"means\": {\"simple\": %1, \"weighted\": %2, \"std_error\": %3, \"std_dev\": %4}}\n")
                 .arg(jsonString(form.text(13)), jsonString(form.text(14)), jsonString(form.text(15)),
@@ -251,6 +259,16 @@ void printTable(std::FILE* out, const std::vector<Row>& rows)
                                 "Std. Deviation of Means"};
     for (int k = 0; k < 4; ++k)
         t += QStringLiteral("%1%2\n").arg(QString::fromLatin1(meanTitles[k]), -30).arg(form.text(13 + k));
+    // The boxes a method window rewrote, quoted so that their blanks show.
+    for (const Row& row : rows) {
+        if (row.result.boxes.isEmpty())
+            continue;
+        t += QStringLiteral("\n%1 boxes\n").arg(QString::fromLatin1(methodTitles[static_cast<std::size_t>(row.method - 1)]));
+        const QStringList names = {"ToM, Xo",   "Const, C",  "A.Freq, W", "Const, A1",
+                                   "Const, A2", "Const, A3", "Const, A4", "Const, A5"};
+        for (int k = 0; k < row.result.boxes.size(); ++k)
+            t += QStringLiteral("  %1\"%2\"\n").arg(names.value(k), -12).arg(row.result.boxes[k]);
+    }
     print(out, t);
 }
 

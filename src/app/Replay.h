@@ -19,6 +19,9 @@ struct ReplayResult {
     double time = 0;        // HJDOffset plus the method's time of minimum
     double error = 0;
     int trappedError = 0;   // an error caught by the method's own trap (sliding integrations)
+    // The method window's parameter boxes as the compute button left them, where it rewrites
+    // them (the Fourier fit's Text1(1..8): Xo, C, W, A1..A5).
+    QStringList boxes;
 };
 
 // Method button 1, one right-click per time in order, then "Fit Parabola".

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
+#include "app/Measure.h"
 #include "app/Replay.h"
 #include "methods/fourier/FourierFit.h"
 #include "methods/marquardt/Marquardt.h"
@@ -10,7 +11,12 @@
 #include "session/Session.h"
 #include "support/TestSupport.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <random>
 #include <vector>
@@ -213,6 +219,7 @@ private Q_SLOTS:
     void syntheticDipRecoversXo();
     void replayMatchesWindow();
     void replayWithoutStartUsesLoadValues();
+    void consoleToolPrintsTheBoxes();
 };
 
 void FourierTest::init()
@@ -795,6 +802,9 @@ void FourierTest::replayMatchesWindow()
     QCOMPARE(r.error, outcome.error);
     QCOMPARE(mainForm().text(5), time);
     QCOMPARE(mainForm().text(11), error);
+    QCOMPARE(r.boxes.size(), 8);
+    for (int k = 1; k <= 8; ++k)
+        QCOMPARE(r.boxes[k - 1], w.box(k));
     // Clicks outside the plotted times are not clicks on the plot.
     QVERIFY(load(points));
     MessageRecorder messages;
@@ -818,6 +828,33 @@ void FourierTest::replayWithoutStartUsesLoadValues()
     QVERIFY(r.published);
     QCOMPARE(r.time, outcome.time);
     QCOMPARE(r.error, outcome.error);
+}
+
+void FourierTest::consoleToolPrintsTheBoxes()
+{
+    DataFolder folder;
+    const QString file = folder.write(QStringLiteral("dip.csv"), csv(noisyDip()));
+    std::FILE* out = std::tmpfile();
+    std::FILE* err = std::tmpfile();
+    const int code = RunMeasure({file, QStringLiteral("--json"), QStringLiteral("--fourier=2451234.51,2451234.63"),
+                                 QStringLiteral("--fourier-start=") + nearStart.join(QLatin1Char(','))},
+                                out, err);
+    QCOMPARE(code, 0);
+    std::rewind(out);
+    QByteArray bytes;
+    char buffer[4096];
+    std::size_t n = 0;
+    while ((n = std::fread(buffer, 1, sizeof buffer, out)) > 0)
+        bytes.append(buffer, static_cast<qsizetype>(n));
+    std::fclose(out);
+    std::fclose(err);
+    const QJsonObject row = QJsonDocument::fromJson(bytes).object().value(QStringLiteral("results")).toArray().at(0).toObject();
+    QCOMPARE(row.value(QStringLiteral("method")).toInt(), 5);
+    const QJsonArray boxes = row.value(QStringLiteral("boxes")).toArray();
+    QCOMPARE(boxes.size(), 8);
+    for (int k = 1; k <= 8; ++k)
+        QCOMPARE(boxes.at(k - 1).toString(), FormatFixed(S().Fourier.FourierPar(k), 9, 5));
+    QCOMPARE(row.value(QStringLiteral("time_text")).toString(), FormatResult(S().Fourier.FourierPar(1)));
 }
 
 QTEST_GUILESS_MAIN(FourierTest)

@@ -38,6 +38,8 @@ ReplayResult ReplayFourier(const std::vector<double>& clicks, const std::optiona
         result.published = true;
         result.time = s.HJDOffset + outcome.time;
         result.error = outcome.error;
+        for (int k = 1; k <= 8; ++k)
+            result.boxes << form.controlText(fourierText::boxName(k));
     }
     return result;
 }
