@@ -263,7 +263,8 @@ void printTable(std::FILE* out, const std::vector<Row>& rows)
     for (const Row& row : rows) {
         if (row.result.boxes.isEmpty())
             continue;
-        t += QStringLiteral("\n%1 boxes\n").arg(QString::fromLatin1(methodTitles[static_cast<std::size_t>(row.method - 1)]));
+        const char* title = methodTitles[static_cast<std::size_t>(row.method - 1)];
+        t += QStringLiteral("\n%1 boxes\n").arg(QString::fromLatin1(title));
         const QStringList names = {"ToM, Xo",   "Const, C",  "A.Freq, W", "Const, A1",
                                    "Const, A2", "Const, A3", "Const, A4", "Const, A5"};
         for (int k = 0; k < row.result.boxes.size(); ++k)

@@ -809,7 +809,8 @@ void FourierTest::replayMatchesWindow()
     QVERIFY(load(points));
     MessageRecorder messages;
     QVERIFY(!ReplayFourier({2451234.0, 2451234.63}, nearStart).published);
-    QCOMPARE(messages.messages(), QStringList({QStringLiteral("Select range first"), QStringLiteral("Select range first")}));
+    const QString select = QStringLiteral("Select range first");
+    QCOMPARE(messages.messages(), QStringList({select, select}));
 }
 
 void FourierTest::replayWithoutStartUsesLoadValues()
@@ -848,7 +849,8 @@ void FourierTest::consoleToolPrintsTheBoxes()
         bytes.append(buffer, static_cast<qsizetype>(n));
     std::fclose(out);
     std::fclose(err);
-    const QJsonObject row = QJsonDocument::fromJson(bytes).object().value(QStringLiteral("results")).toArray().at(0).toObject();
+    const QJsonArray results = QJsonDocument::fromJson(bytes).object().value(QStringLiteral("results")).toArray();
+    const QJsonObject row = results.at(0).toObject();
     QCOMPARE(row.value(QStringLiteral("method")).toInt(), 5);
     const QJsonArray boxes = row.value(QStringLiteral("boxes")).toArray();
     QCOMPARE(boxes.size(), 8);

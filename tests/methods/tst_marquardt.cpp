@@ -327,8 +327,8 @@ void MarquardtTest::coefficientsPointBeyond1000()
     Problem p = curve(truthA, 10, 2451234.45, 2451234.69, 0, 1);
     ParMatrix alpha, beta;
     double chisq = 0;
-    DIP_EXPECT_RUNTIME_ERROR(MarquardtCoefficients(p.x, p.y, p.sig, 1001, truthA, 8, inOrder(), 8, alpha, beta, 8, chisq),
-                             9);
+    const ParList lista = inOrder();
+    DIP_EXPECT_RUNTIME_ERROR(MarquardtCoefficients(p.x, p.y, p.sig, 1001, truthA, 8, lista, 8, alpha, beta, 8, chisq), 9);
 }
 
 void MarquardtTest::startSetsDampingBeforeTheFirstTrial()
