@@ -85,6 +85,7 @@ KweeResult KweeVanWoerden(const rt::ObsArray& t, const rt::ObsArray& m, Integer 
         const Integer L = c >= M ? i16(K - c) : c;
         const Integer P = rt::CInt(L * f);
         sums = reflectionSums(c, s, P);
+        ++r.passes;
         if (counter > 7)
             break;
         if (sums.minus > sums.zero && sums.zero < sums.plus) {

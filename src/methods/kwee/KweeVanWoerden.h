@@ -26,6 +26,7 @@ struct KweeResult {
     rt::Integer startIndex = 0; // grid index of the first largest magnitude
     rt::Integer centre = 0;     // the centre c of the three trial times
     int shifts = 0;             // the shift counter at the end
+    int passes = 0;             // how many times the three sums were formed
     bool bracketed = false;     // ended with S- > S0 < S+
     bool stalled = false;       // ended because a pass moved nothing without bracketing
     double sMinus = 0, sZero = 0, sPlus = 0;
