@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// The plot box of a plot window and the linear mapping of data to it, in twips with y growing
+// downwards: x = PlotLeft + PlotWidth * (t - t0) / tr, y = PlotTop + PlotHeight * (m - m0) / mr.
+// The smallest signed magnitude is at the top edge, so with "+Mags" bright is up and an
+// eclipse hangs down. The box values are the session's shared PlotLeft .. PlotHeight, written
+// by each window when it draws, so they describe the window drawn last.
+
+#include "plotting/FormPort.h"
+
+#include <vector>
+
+namespace dip {
+
+// The data extents a drawing maps into the box: time minimum and range, magnitude minimum and
+// range.
+struct PlotScale {
+    double t0 = 0;
+    double tr = 0;
+    double m0 = 0;
+    double mr = 0;
+};
+
+// The extents of the used points (HJDMin, HJDRange, MagMin, MagRange): the method windows' scale.
+PlotScale CurrentScale();
+// The Full extents taken at the last load or sign change: the light-curve window's scale.
+PlotScale FullScale();
+
+// Sets PlotLeft, PlotRight, PlotTop, PlotBottom and derives PlotWidth and PlotHeight.
+void SetPlotBox(double left, double right, double top, double bottom);
+// The light-curve window's box for a form of W x H twips (each first taken as a 16-bit
+// integer): left 500, right W - 415, top 242, bottom H - 1850.
+void SetStandardPlotBox(double formWidth, double formHeight);
+
+// Data to form, through the shared box. A time range of 0 raises "Division by zero".
+double PlotX(const PlotScale& scale, double t);
+double PlotY(const PlotScale& scale, double m);
+// Form to data.
+double PlotTimeAt(const PlotScale& scale, double x);
+double PlotMagAt(const PlotScale& scale, double y);
+
+// The grid step for a range: L = Int(ln(range) / 2.302585), P = 10^L in single precision,
+// r = range / P, k = 10, 5 if r < 5, 2 if r < 2; step = P * k / 10 in single precision.
+struct GridStep {
+    int L = 0;
+    float P = 0;
+    double r = 0;
+    int k = 0;
+    float step = 0;
+};
+GridStep ComputeGridStep(double range);
+
+// The multiples of the grid step from Int(from / step) to Int(to / step), as times.
+std::vector<double> GridTimes(float step, double from, double to);
+
+// The frame: black, four lines clockwise from the top left corner.
+void DrawFrame(Canvas& canvas);
+
+// Light-grey vertical lines at the grid times from the scale's start to tMax; a line is drawn
+// unless it falls left of PlotLeft or right of PlotRight, so one exactly on an edge is drawn.
+// The step is chosen from span (normally the time range). Returns the times drawn.
+std::vector<double> DrawTimeGrid(Canvas& canvas, const PlotScale& scale, double span, double tMax);
+
+// The common picture of a plot window around its points: the frame, the time grid over the
+// scale (step chosen from span, lines up to tMax) and the axis numbers and names.
+void DrawAxes(Canvas& canvas, const PlotScale& scale, double span, double tMax);
+
+// The used points HJD/Mag 1..NumPts as discs in the given colour, with the scale.
+void DrawUsedPoints(Canvas& canvas, const PlotScale& scale, Rgb colour);
+
+// A used point: fifteen concentric circles of radius 1 to 15 twips, a small filled disc.
+void DrawPointDisc(Canvas& canvas, double x, double y);
+// A deleted point: two diagonal strokes of 100 twips each way.
+void DrawDeletedCross(Canvas& canvas, double x, double y);
+
+} // namespace dip
