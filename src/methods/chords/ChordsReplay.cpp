@@ -3,6 +3,7 @@
 #include "app/Replay.h"
 
 #include "methods/chords/ChordsCommands.h"
+#include "plotting/MethodPlot.h"
 #include "session/Session.h"
 
 namespace dip {
@@ -15,6 +16,7 @@ ReplayResult ReplayChords(const std::vector<double>& clicks)
     s.RangeFirst = 1;
     s.RangeLast = s.NumPts;
     ChordsFormLoad(form);
+    DrawMethodPlot(form);
     ChordsRedrawOverlays(form);
     for (const double t : clicks)
         ChordsMouseDown(form, Click::atTime(t));

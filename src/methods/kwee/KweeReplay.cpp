@@ -3,6 +3,7 @@
 #include "app/Replay.h"
 
 #include "methods/kwee/KweeCommands.h"
+#include "plotting/MethodPlot.h"
 #include "session/Session.h"
 
 namespace dip {
@@ -16,6 +17,7 @@ ReplayResult ReplayKwee(const std::vector<double>& clicks, const QString& stepp,
     s.RangeFirst = 1;
     s.RangeLast = s.NumPts;
     KweeFormLoad(form);
+    DrawMethodPlot(form);
     KweeRedrawOverlays(form);
     for (const double t : clicks)
         KweeMouseDown(form, Click::atTime(t));

@@ -3,6 +3,7 @@
 #include "app/Replay.h"
 
 #include "methods/parabola/ParabolaCommands.h"
+#include "plotting/MethodPlot.h"
 #include "session/Session.h"
 
 namespace dip {
@@ -15,6 +16,7 @@ ReplayResult ReplayParabola(const std::vector<double>& clicks)
     s.RangeFirst = 1;
     s.RangeLast = s.NumPts;
     ParabolaFormLoad(form);
+    DrawMethodPlot(form);
     ParabolaRedrawOverlays(form);
     for (const double t : clicks)
         ParabolaMouseDown(form, Click::atTime(t));
