@@ -6,7 +6,6 @@
 #include "plotting/MethodControls.h"
 #include "plotting/MethodPlot.h"
 
-
 namespace dip {
 
 frmPlott1::frmPlott1() : PlotWindow(1)
