@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// Helpers of the method-window tests: right-clicks at the twip position of a time, and the
+// colours of drawn pixels.
+
+#include "plotting/FormPort.h"
+#include "plotting/PlotWindow.h"
+#include "session/Session.h"
+
+#include <QColor>
+#include <QLocale>
+#include <QTest>
+
+#include <cmath>
+
+namespace dip::test {
+
+inline bool isColour(const QColor& c, Rgb rgb) { return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b; }
+
+// The pixel column of a time on the window's plot box, and its x in twips.
+inline int pixelX(double t)
+{
+    const Session& s = S();
+    return int(std::lround((s.PlotLeft + s.PlotWidth * (t - s.HJDMin) / s.HJDRange) / 15));
+}
+inline double twipsX(double t) { return pixelX(t) * 15.0; }
+inline double midY() { return 15.0 * std::lround((S().PlotTop + S().PlotBottom) / 30); }
+
+// A real mouse press with the given button at the pixel of time t, in the middle of the box.
+inline void clickAt(PlotWindow& w, double t, Qt::MouseButton button = Qt::RightButton)
+{
+    QTest::mouseClick(w.surface(), button, {}, QPoint(pixelX(t), int(midY() / 15)));
+}
+
+// The time a click at twips x stands for, as the parabola and Kwee windows compute it.
+inline double timeAtTwips(double x)
+{
+    const Session& s = S();
+    return s.HJDMin + s.HJDRange * ((x - s.PlotLeft) / s.PlotWidth);
+}
+
+} // namespace dip::test
