@@ -19,6 +19,17 @@ namespace dip::test {
 
 inline bool isColour(const QColor& c, Rgb rgb) { return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b; }
 
+// Whether the pixel at (x, y) twips or one of its neighbours has the colour: a one-pixel line
+// at a fractional position lands on either side.
+inline bool colourNear(const PlotWindow& w, double x, double y, Rgb rgb)
+{
+    for (int dx = -1; dx <= 1; ++dx)
+        for (int dy = -1; dy <= 1; ++dy)
+            if (isColour(w.pixelAt(x + 15 * dx, y + 15 * dy), rgb))
+                return true;
+    return false;
+}
+
 // The pixel column of a time on the window's plot box, and its x in twips.
 inline int pixelX(double t)
 {

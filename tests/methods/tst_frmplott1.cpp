@@ -36,16 +36,6 @@ std::vector<std::pair<double, double>> curve()
     return p;
 }
 
-// Whether the pixel at (x, y) twips or one of its neighbours has the colour.
-bool colourNear(const PlotWindow& w, double x, double y, Rgb rgb)
-{
-    for (int dx = -1; dx <= 1; ++dx)
-        for (int dy = -1; dy <= 1; ++dy)
-            if (isColour(w.pixelAt(x + 15 * dx, y + 15 * dy), rgb))
-                return true;
-    return false;
-}
-
 void clickButton(PlotWindow& w, const char* name)
 {
     QPushButton* b = w.control<QPushButton>(QLatin1String(name));
