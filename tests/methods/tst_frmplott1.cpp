@@ -4,6 +4,7 @@
 
 #include "MethodWindowTest.h"
 
+#include "mainwindow/frmMain.h"
 #include "methods/MethodEntries.h"
 #include "methods/parabola/frmPlott1.h"
 #include "plotting/PlotBox.h"
@@ -211,6 +212,30 @@ private Q_SLOTS:
         QCOMPARE(S().ParabolaPick.LeftMarkX, S().PlotLeft + S().PlotWidth * (S().ParabolaPick.LeftHJD - S().HJDMin) / S().HJDRange);
         // The controls follow the height.
         QCOMPARE(w.control<QPushButton>(QStringLiteral("Command1"))->y(), int(std::lround((w.formHeight() - 1310) / 15)));
+    }
+
+    void resultsReachTheMainWindow()
+    {
+        DataFolder folder;
+        const QString file = folder.write(QStringLiteral("dip.csv"), csv(curve()));
+        resetSession();
+        frmMain main;
+        main.show();
+        main.openFromCommandLine(file);
+        QCOMPARE(S().NumPts, rt::Integer(61));
+        main.findChild<QPushButton*>(QStringLiteral("Command1"))->click();
+        frmPlott1& w = frmPlott1::form();
+        QVERIFY(w.isVisible());
+        clickAt(w, 0.3777);
+        clickAt(w, 0.5213);
+        clickButton(w, "Command1");
+        QVERIFY(main.checked(1));
+        QVERIFY(std::abs(rt::Val(main.text(1)) - 0.4537) < 0.002);
+        QVERIFY(!main.text(7).isEmpty());
+        clickButton(w, "Command2");
+        QCOMPARE(main.text(1), QString());
+        QVERIFY(!main.checked(1));
+        clickButton(w, "Command3");
     }
 
     void placementFromWinPos()
