@@ -3,14 +3,13 @@
 #pragma once
 
 // The bisect-chords window: the light curve, four right-clicks for the two ranges, and
-// "Bisect Chords". Its handlers call the procedures of ChordsCommands; the window only draws
-// the plot and lays out its controls.
+// "Bisect Chords". Its handlers call the procedures of ChordsCommands.
 
-#include "plotting/PlotWindow.h"
+#include "plotting/MethodWindow.h"
 
 namespace dip {
 
-class frmPlott3 : public PlotWindow {
+class frmPlott3 : public MethodWindow {
     Q_OBJECT
 public:
     frmPlott3();
@@ -19,19 +18,15 @@ public:
 
     // Clears the window, draws every used point as a red dot over HJDMin .. HJDMax with the
     // axes, and lays out the controls along the bottom.
-    void PlotBisectChords();
-    // PlotBisectChords and, when both ranges are complete, the four markers.
-    void redraw();
+    void PlotBisectChords() { drawPlot(); }
 
-    void Command1_Click(); // "Bisect Chords"
-    void Command2_Click(); // "Undo"
-    void Command3_Click(); // "Done"
+    void Command1_Click() override; // "Bisect Chords"
+    void Command2_Click() override; // "Undo"
 
 protected:
-    void Form_Load() override;
-    void Form_Resize() override;
-    void Form_MouseDown(int button, int shift, double x, double y) override;
-    void Form_MouseMove(int button, int shift, double x, double y) override;
+    void loadProcedure() override;
+    void drawOverlays() override;
+    void mouseDownProcedure(const Click& click) override;
 };
 
 } // namespace dip

@@ -3,35 +3,26 @@
 #pragma once
 
 // The parabolic-fit window: the light curve, a range picked with the right mouse button, and
-// "Fit Parabola". Its handlers call the procedures of ParabolaCommands; the window only draws
-// the plot and lays out its controls.
+// "Fit Parabola". Its handlers call the procedures of ParabolaCommands.
 
-#include "plotting/PlotWindow.h"
+#include "plotting/MethodWindow.h"
 
 namespace dip {
 
-class frmPlott1 : public PlotWindow {
+class frmPlott1 : public MethodWindow {
     Q_OBJECT
 public:
     frmPlott1();
     // The one window of the program, created on first use.
     static frmPlott1& form();
 
-    // The light curve with the markers and, when fitted, the curve; the controls placed.
-    void redraw();
-
-    void Command1_Click(); // "Fit Parabola"
-    void Command2_Click(); // "Undo"
-    void Command3_Click(); // "Done"
+    void Command1_Click() override; // "Fit Parabola"
+    void Command2_Click() override; // "Undo"
 
 protected:
-    void Form_Load() override;
-    void Form_Resize() override;
-    void Form_MouseDown(int button, int shift, double x, double y) override;
-    void Form_MouseMove(int button, int shift, double x, double y) override;
-
-private:
-    void drawPlot();
+    void loadProcedure() override;
+    void drawOverlays() override;
+    void mouseDownProcedure(const Click& click) override;
 };
 
 } // namespace dip
