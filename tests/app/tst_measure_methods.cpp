@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 // The console tool's --parabola, --kwee (with --stepp, --frac) and --chords.
+#include "MeasureRun.h"
+
 #include "app/Measure.h"
 #include "methods/chords/BisectChords.h"
 #include "methods/kwee/KweeVanWoerden.h"
@@ -18,39 +20,11 @@
 #include <cstdio>
 
 using namespace dip;
+using dip::test::json;
+using dip::test::measure;
+using dip::test::Run;
 
 namespace {
-
-struct Run {
-    int code = 0;
-    QString out;
-    QString err;
-};
-
-QString readAll(std::FILE* f)
-{
-    std::rewind(f);
-    QByteArray bytes;
-    char buffer[4096];
-    std::size_t n = 0;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
-        bytes.append(buffer, static_cast<qsizetype>(n));
-    std::fclose(f);
-    return QString::fromUtf8(bytes);
-}
-
-Run measure(const QStringList& arguments)
-{
-    std::FILE* out = std::tmpfile();
-    std::FILE* err = std::tmpfile();
-    Run r;
-    r.code = RunMeasure(arguments, out, err);
-    r.out = readAll(out);
-    r.err = readAll(err);
-    return r;
-}
-
-QJsonObject json(const Run& r) { return QJsonDocument::fromJson(r.out.toUtf8()).object(); }
 
 // 61 points at 0.005-day steps from 0.30, a skewed dip near 0.4537 with a little scatter.
 std::vector<std::pair<double, double>> curvePoints()

@@ -11,9 +11,12 @@
 
 #include <QColor>
 #include <QLocale>
+#include <QPushButton>
 #include <QTest>
 
 #include <cmath>
+#include <utility>
+#include <vector>
 
 namespace dip::test {
 
@@ -43,6 +46,25 @@ inline double midY() { return 15.0 * std::lround((S().PlotTop + S().PlotBottom) 
 inline void clickAt(PlotWindow& w, double t, Qt::MouseButton button = Qt::RightButton)
 {
     QTest::mouseClick(w.surface(), button, {}, QPoint(pixelX(t), int(midY() / 15)));
+}
+
+// Presses a command button of the window.
+inline void clickButton(PlotWindow& w, const char* name)
+{
+    QPushButton* b = w.control<QPushButton>(QLatin1String(name));
+    QVERIFY(b);
+    b->click();
+}
+
+// 61 points at 0.005-day steps from 0.30 with a dip at centre and, if asked, a little scatter.
+inline std::vector<std::pair<double, double>> dipCurve(double centre, double scatter)
+{
+    std::vector<std::pair<double, double>> p;
+    for (int i = 0; i < 61; ++i) {
+        const double t = 0.30 + 0.005 * i;
+        p.emplace_back(t, 11.2 - 25 * (t - centre) * (t - centre) + scatter * std::sin(i * 2.7));
+    }
+    return p;
 }
 
 // The time a click at twips x stands for, as the parabola and Kwee windows compute it.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 
+#include "MethodTestData.h"
+
 #include "methods/chords/BisectChords.h"
 #include "methods/chords/ChordsCommands.h"
 #include "runtime/Text.h"
@@ -15,11 +17,10 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::Points;
 using dip::test::RecordingForm;
 
 namespace {
-
-using Points = std::vector<std::pair<double, double>>;
 
 // A dip at 5.0 with straight branches of slope 1 and three chords whose midpoints are 5.0000,
 // 5.0001 and 5.0002: the left points A (4.4) and B (4.6) cross the right branch at Q (5.6) and
@@ -39,21 +40,10 @@ Points vee()
     return p;
 }
 
-void setBox()
-{
-    Session& s = S();
-    s.PlotLeft = 500;
-    s.PlotRight = 8585;
-    s.PlotTop = 242;
-    s.PlotBottom = 1850;
-    s.PlotWidth = s.PlotRight - s.PlotLeft;
-    s.PlotHeight = s.PlotBottom - s.PlotTop;
-}
-
 void open(const Points& pts, FormPort& form)
 {
     QVERIFY(test::loadText(test::csv(pts)));
-    setBox();
+    test::setMethodBox();
     ChordsFormLoad(form);
 }
 
@@ -112,15 +102,8 @@ private Q_SLOTS:
             p.emplace_back(0.1 * i, 10 + 0.1 * i);
         for (int i = 1; i <= 10; ++i)
             p.emplace_back(1.0 + 0.08 * i, 11 - 0.1 * i);
-        const auto [t, m] = [&] {
-            rt::ObsArray t, m;
-            for (std::size_t i = 0; i < p.size(); ++i) {
-                t(long(i + 1)) = p[i].first;
-                m(long(i + 1)) = p[i].second;
-            }
-            return std::make_pair(t, m);
-        }();
-        const ChordsResult r = BisectChords(t, m, rt::Integer(p.size()), 3, 8, 13, 18);
+        const auto [t, m, n] = test::toCurve(p);
+        const ChordsResult r = BisectChords(t, m, n, 3, 8, 13, 18);
         // The left point at magnitude 10 + 0.1 k (time 0.1 k) meets the right branch at
         // 1 + 0.08 (10 - k); the right point at 1 + 0.08 k meets the left branch at 0.1 (10 - k).
         std::vector<double> h;
@@ -143,14 +126,10 @@ private Q_SLOTS:
     void aPointInBothRangesCountsTwice()
     {
         const Points p = threeChords();
-        rt::ObsArray t, m;
-        for (std::size_t i = 0; i < p.size(); ++i) {
-            t(long(i + 1)) = p[i].first;
-            m(long(i + 1)) = p[i].second;
-        }
+        const auto [t, m, n] = test::toCurve(p);
         // Point 2 (A) in both ranges: as a left point it crosses at Q (5.6), as a right point
         // the first point from the start at least as faint is A itself, crossing at 4.4.
-        const ChordsResult r = BisectChords(t, m, 8, 2, 3, 2, 2);
+        const ChordsResult r = BisectChords(t, m, n, 2, 3, 2, 2);
         QCOMPARE(r.midpoints, 3);
         const double h[] = {(4.4 + 5.6) / 2, (4.6 + 5.4002) / 2, (4.4 + 4.4) / 2};
         DIP_COMPARE_REL(r.time, (h[0] + h[1] + h[2]) / 3, 1e-12);
@@ -159,15 +138,11 @@ private Q_SLOTS:
     void fewerThanTwoMidpointsFail()
     {
         const Points p = threeChords();
-        rt::ObsArray t, m;
-        for (std::size_t i = 0; i < p.size(); ++i) {
-            t(long(i + 1)) = p[i].first;
-            m(long(i + 1)) = p[i].second;
-        }
+        const auto [t, m, n] = test::toCurve(p);
         // One midpoint: (Q - T S) / (N - 1) is 0/0.
-        DIP_EXPECT_RUNTIME_ERROR(BisectChords(t, m, 8, 2, 2, 1, 0), 6);
+        DIP_EXPECT_RUNTIME_ERROR(BisectChords(t, m, n, 2, 2, 1, 0), 6);
         // None: T = S / N is 0/0.
-        DIP_EXPECT_RUNTIME_ERROR(BisectChords(t, m, 8, 3, 2, 1, 0), 6);
+        DIP_EXPECT_RUNTIME_ERROR(BisectChords(t, m, n, 3, 2, 1, 0), 6);
     }
 
     void partnerThatIsTheLastPointUsesTheEmptySlotBeyond()
@@ -175,12 +150,8 @@ private Q_SLOTS:
         // The last point is fainter than the left point: the search stops at once at j = n and
         // interpolates towards the empty entry n + 1 (time 0, magnitude 0).
         const Points p = {{1.0, 10.0}, {1.1, 10.5}, {1.2, 11.0}, {1.3, 10.8}};
-        rt::ObsArray t, m;
-        for (std::size_t i = 0; i < p.size(); ++i) {
-            t(long(i + 1)) = p[i].first;
-            m(long(i + 1)) = p[i].second;
-        }
-        const ChordsResult r = BisectChords(t, m, 4, 1, 2, 4, 4);
+        const auto [t, m, n] = test::toCurve(p);
+        const ChordsResult r = BisectChords(t, m, n, 1, 2, 4, 4);
         const double c1 = 1.3 + (10.0 - 10.8) * (0 - 1.3) / (0 - 10.8);
         const double c2 = 1.3 + (10.5 - 10.8) * (0 - 1.3) / (0 - 10.8);
         const double c3 = 1.1 + (10.8 - 10.5) * (1.2 - 1.1) / (11.0 - 10.5);

@@ -26,24 +26,6 @@ using namespace dip::test;
 
 namespace {
 
-// 61 points at 0.005-day steps from 0.30 with a dip at 0.4537.
-std::vector<std::pair<double, double>> curve()
-{
-    std::vector<std::pair<double, double>> p;
-    for (int i = 0; i < 61; ++i) {
-        const double t = 0.30 + 0.005 * i;
-        p.emplace_back(t, 11.2 - 25 * (t - 0.4537) * (t - 0.4537) + 0.002 * std::sin(i * 2.7));
-    }
-    return p;
-}
-
-void clickButton(PlotWindow& w, const char* name)
-{
-    QPushButton* b = w.control<QPushButton>(QLatin1String(name));
-    QVERIFY(b);
-    b->click();
-}
-
 // A window opened as the main window's button opens it, with a range picked and fitted.
 void openPickFit(frmPlott1& w)
 {
@@ -61,7 +43,7 @@ class Plott1Test : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale::c()); }
-    void init() { QVERIFY(loadText(csv(curve()))); }
+    void init() { QVERIFY(loadText(csv(dipCurve(0.4537, 0.002)))); }
 
     void mainButtonOpensTheWindow()
     {
@@ -217,7 +199,7 @@ private Q_SLOTS:
     void resultsReachTheMainWindow()
     {
         DataFolder folder;
-        const QString file = folder.write(QStringLiteral("dip.csv"), csv(curve()));
+        const QString file = folder.write(QStringLiteral("dip.csv"), csv(dipCurve(0.4537, 0.002)));
         resetSession();
         frmMain main;
         main.show();

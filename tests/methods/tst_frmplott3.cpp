@@ -22,24 +22,6 @@ using namespace dip::test;
 
 namespace {
 
-// 61 points at 0.005-day steps from 0.30 with a dip at 0.4537.
-std::vector<std::pair<double, double>> curve()
-{
-    std::vector<std::pair<double, double>> p;
-    for (int i = 0; i < 61; ++i) {
-        const double t = 0.30 + 0.005 * i;
-        p.emplace_back(t, 11.2 - 25 * (t - 0.4537) * (t - 0.4537) + 0.002 * std::sin(i * 2.7));
-    }
-    return p;
-}
-
-void clickButton(PlotWindow& w, const char* name)
-{
-    QPushButton* b = w.control<QPushButton>(QLatin1String(name));
-    QVERIFY(b);
-    b->click();
-}
-
 const double picks[] = {0.3777, 0.4303, 0.4811, 0.5213};
 
 void openAndPick(frmPlott3& w)
@@ -57,7 +39,7 @@ class Plott3Test : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale::c()); }
-    void init() { QVERIFY(loadText(csv(curve()))); }
+    void init() { QVERIFY(loadText(csv(dipCurve(0.4537, 0.002)))); }
 
     void mainButtonOpensTheWindow()
     {

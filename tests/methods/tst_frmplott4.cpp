@@ -24,24 +24,6 @@ using namespace dip::test;
 
 namespace {
 
-// 61 points at 0.005-day steps from 0.30 with a symmetric dip at 0.45.
-std::vector<std::pair<double, double>> curve()
-{
-    std::vector<std::pair<double, double>> p;
-    for (int i = 0; i < 61; ++i) {
-        const double t = 0.30 + 0.005 * i;
-        p.emplace_back(t, 11.2 - 25 * (t - 0.45) * (t - 0.45));
-    }
-    return p;
-}
-
-void clickButton(PlotWindow& w, const char* name)
-{
-    QPushButton* b = w.control<QPushButton>(QLatin1String(name));
-    QVERIFY(b);
-    b->click();
-}
-
 void openAndPick(frmPlott4& w)
 {
     w.showForm();
@@ -57,7 +39,7 @@ class Plott4Test : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { QLocale::setDefault(QLocale::c()); }
-    void init() { QVERIFY(loadText(csv(curve()))); }
+    void init() { QVERIFY(loadText(csv(dipCurve(0.45, 0)))); }
 
     void mainButtonOpensTheWindow()
     {

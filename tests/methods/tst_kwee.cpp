@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 
+#include "MethodTestData.h"
+
 #include "methods/kwee/KweeCommands.h"
 #include "methods/kwee/KweeVanWoerden.h"
 #include "runtime/Numeric.h"
@@ -15,28 +17,12 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::Curve;
+using dip::test::Points;
 using dip::test::RecordingForm;
+using dip::test::toCurve;
 
 namespace {
-
-using Points = std::vector<std::pair<double, double>>;
-
-struct Curve {
-    rt::ObsArray t;
-    rt::ObsArray m;
-    rt::Integer n = 0;
-};
-
-Curve toCurve(const Points& pts)
-{
-    Curve c;
-    for (const auto& [t, m] : pts) {
-        c.n = rt::i16(c.n + 1);
-        c.t(c.n) = t;
-        c.m(c.n) = m;
-    }
-    return c;
-}
 
 // A dip symmetric about centre: times first, first + step, ...; depth falls off as |dt|^1.5.
 Points symmetricDip(double centre, double first, double step, int n)
@@ -104,22 +90,11 @@ double vertexThrough(double x0, double y0, double x1, double y1, double x2, doub
     return -b / (2 * a);
 }
 
-void setBox()
-{
-    Session& s = S();
-    s.PlotLeft = 500;
-    s.PlotRight = 8585;
-    s.PlotTop = 242;
-    s.PlotBottom = 4150;
-    s.PlotWidth = s.PlotRight - s.PlotLeft;
-    s.PlotHeight = s.PlotBottom - s.PlotTop;
-}
-
 // Loads the points into a fresh session and opens the window on form, picking all points.
 void openAndPickAll(const Points& pts, FormPort& form)
 {
     QVERIFY(test::loadText(test::csv(pts)));
-    setBox();
+    test::setMethodBox();
     KweeDesignTexts(form);
     KweeFormLoad(form);
     KweeMouseDown(form, Click::atTime(pts.front().first - 0.001));
@@ -399,7 +374,7 @@ private Q_SLOTS:
     void fitPressedBeforeARangeDoesNothing()
     {
         QVERIFY(test::loadText(test::csv(symmetricDip(0.6037, 0.4, 0.01, 41))));
-        setBox();
+        test::setMethodBox();
         RecordingForm form;
         KweeDesignTexts(form);
         KweeFormLoad(form);
@@ -435,7 +410,7 @@ private Q_SLOTS:
     {
         const Points pts = symmetricDip(0.6037, 0.4, 0.01, 41);
         QVERIFY(test::loadText(test::csv(pts)));
-        setBox();
+        test::setMethodBox();
         RecordingForm form;
         KweeFormLoad(form);
         KweeMouseDown(form, Click::atTime(0.4523));

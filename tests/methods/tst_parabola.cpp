@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 
+#include "MethodTestData.h"
+
 #include "methods/parabola/FitParabola.h"
 #include "methods/parabola/ParabolaCommands.h"
 #include "runtime/Text.h"
@@ -16,11 +18,10 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::Points;
 using dip::test::RecordingForm;
 
 namespace {
-
-using Points = std::vector<std::pair<double, double>>;
 
 // Deterministic scatter in [-1, 1].
 double scatter(int i) { return std::sin(i * 12.9898 + 78.233) * 0.5 + std::sin(i * 4.1414) * 0.5; }
@@ -34,17 +35,6 @@ Points parabolaPoints(double vertex, double depth, double curvature, double firs
         p.emplace_back(t, depth - curvature * (t - vertex) * (t - vertex) + noise * scatter(i));
     }
     return p;
-}
-
-void setBox()
-{
-    Session& s = S();
-    s.PlotLeft = 500;
-    s.PlotRight = 8585;
-    s.PlotTop = 242;
-    s.PlotBottom = 4150;
-    s.PlotWidth = s.PlotRight - s.PlotLeft;
-    s.PlotHeight = s.PlotBottom - s.PlotTop;
 }
 
 // The least-squares parabola a second way: times centred on their mean, the 3x3 normal
@@ -108,19 +98,11 @@ Reference referenceFit(const Points& pts)
     return r;
 }
 
-rt::ObsArray toArray(const Points& pts, bool times)
-{
-    rt::ObsArray a;
-    for (std::size_t i = 0; i < pts.size(); ++i)
-        a(long(i + 1)) = times ? pts[i].first : pts[i].second;
-    return a;
-}
-
 // Loads the points and picks first..last (1-based) by clicking midway between neighbours.
 void loadAndPick(const Points& pts, int first, int last, FormPort& form)
 {
     QVERIFY(test::loadText(test::csv(pts)));
-    setBox();
+    test::setMethodBox();
     ParabolaFormLoad(form);
     const auto mid = [&](int i) { return (pts[std::size_t(i - 1)].first + pts[std::size_t(i)].first) / 2; };
     ParabolaMouseDown(form, Click::atTime(first > 1 ? mid(first - 1) : pts.front().first - 0.001));
@@ -156,8 +138,8 @@ private Q_SLOTS:
         QFETCH(double, step);
         QFETCH(int, n);
         const Points pts = parabolaPoints(vertex, 11, curvature, first, step, n);
-        const ParabolaFitResult fit = FitParabola(toArray(pts, true), toArray(pts, false), rt::Integer(n), 1,
-                                                  rt::Integer(n));
+        const test::Curve c = test::toCurve(pts);
+        const ParabolaFitResult fit = FitParabola(c.t, c.m, c.n, 1, c.n);
         QVERIFY2(std::abs(fit.time - vertex) < 1e-9, qPrintable(QString::number(fit.time - vertex)));
         DIP_COMPARE_REL(fit.c, -curvature, 1e-7);
         DIP_COMPARE_REL(fit.b, 2 * curvature * vertex, 1e-7);
@@ -176,7 +158,8 @@ private Q_SLOTS:
         QFETCH(double, vertex);
         QFETCH(double, noise);
         const Points pts = parabolaPoints(vertex, 11, 30, 0.30, 0.005, 41, noise);
-        const ParabolaFitResult fit = FitParabola(toArray(pts, true), toArray(pts, false), 41, 1, 41);
+        const test::Curve c = test::toCurve(pts);
+        const ParabolaFitResult fit = FitParabola(c.t, c.m, c.n, 1, 41);
         const Reference ref = referenceFit(pts);
         DIP_COMPARE_REL(fit.a0, ref.a0, 1e-8);
         DIP_COMPARE_REL(fit.b, ref.b, 1e-8);
@@ -192,7 +175,8 @@ private Q_SLOTS:
     void subRangeUsesOnlyThePickedPoints()
     {
         Points pts = parabolaPoints(0.4, 11, 30, 0.30, 0.005, 41, 0.003);
-        const ParabolaFitResult part = FitParabola(toArray(pts, true), toArray(pts, false), 41, 6, 35);
+        const test::Curve c = test::toCurve(pts);
+        const ParabolaFitResult part = FitParabola(c.t, c.m, c.n, 6, 35);
         const Points inside(pts.begin() + 5, pts.begin() + 35);
         QVERIFY(std::abs(part.time - referenceFit(inside).time) < 1e-9);
         DIP_COMPARE_REL(part.rms, referenceFit(inside).rms, 1e-7);
@@ -306,7 +290,7 @@ private Q_SLOTS:
     {
         QFETCH(int, clicks);
         QVERIFY(test::loadText(test::csv({{1.0, 13.0}, {1.1, 12.5}, {1.2, 12.0}, {1.3, 11.5}, {1.4, 11.0}})));
-        setBox();
+        test::setMethodBox();
         RecordingForm form;
         ParabolaFormLoad(form);
         if (clicks >= 1)

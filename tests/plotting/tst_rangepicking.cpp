@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 
+#include "plotting/PlotBox.h"
 #include "plotting/RangePicking.h"
 #include "session/LoadDataFile.h"
 #include "session/Procedures.h"
@@ -29,22 +30,10 @@ std::vector<std::pair<double, double>> vCurve()
 
 double pointTime(int i) { return 10 + 0.125 * i; }
 
-// A plot box like a method window's.
-void setBox()
-{
-    Session& s = S();
-    s.PlotLeft = 500;
-    s.PlotRight = 8585;
-    s.PlotTop = 242;
-    s.PlotBottom = 4150;
-    s.PlotWidth = s.PlotRight - s.PlotLeft;
-    s.PlotHeight = s.PlotBottom - s.PlotTop;
-}
-
 void loadCurve(const std::vector<std::pair<double, double>>& points)
 {
     QVERIFY(test::loadText(test::csv(points)));
-    setBox();
+    SetStandardPlotBox(9000, 6000); // a method window's box: 500, 8585, 242, 4150
 }
 
 double xAt(double t)
