@@ -52,6 +52,9 @@ public:
     void pset(double x, double y) override;
     void circle(double x, double y, double radius) override;
     void text(double x, double y, const QString& text) override;
+    void textUp(double x, double y, const QString& text) override;
+    double textWidth(const QString& text) const override;
+    double textHeight() const override;
     double formWidth() const override;
     double formHeight() const override;
 
