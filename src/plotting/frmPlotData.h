@@ -41,7 +41,6 @@ public:
     void Command2_Click(); // "Undelete"
     void Command3_Click(); // "Cancel"
 
-protected:
     // Escape and the title bar's close button act as "Cancel".
     void reject() override;
 
