@@ -105,6 +105,37 @@ long long LabelStride(double spacing, double widest, double gap)
     return n;
 }
 
+namespace {
+
+// Numbers every stride-th of the values along one axis: each text centred on the value's
+// position (at), shifted into min .. max along the axis and kept clear of the texts placed
+// before; place(text, start, length) puts down each one kept.
+template <typename At, typename Place>
+void numberAxis(const Canvas& canvas, const std::vector<double>& values, const GridStep& g, double spacing,
+                const At& at, double min, double max, Placed& placed, const Place& place)
+{
+    const int decimals = LabelDecimals(values, g);
+    std::vector<QString> numbers;
+    double widest = 0;
+    for (const double v : values) {
+        numbers.push_back(AxisNumber(v, decimals));
+        widest = std::max(widest, canvas.textWidth(numbers.back()));
+    }
+    const long long stride = LabelStride(spacing, widest, axis::MinSpace);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (!isNumbered(values[i], g.step, stride))
+            continue;
+        const double length = canvas.textWidth(numbers[i]);
+        const double lo = clampInto(at(values[i]) - length / 2, length, min, max);
+        if (!placed.fits(lo, lo + length))
+            continue;
+        placed.take(lo, lo + length);
+        place(numbers[i], lo, length);
+    }
+}
+
+} // namespace
+
 std::vector<AxisText> TimeAxisTexts(const Canvas& canvas, const PlotScale& scale, const GridStep& g,
                                     const std::vector<double>& times)
 {
@@ -113,6 +144,7 @@ std::vector<AxisText> TimeAxisTexts(const Canvas& canvas, const PlotScale& scale
     const double row = std::max(s.PlotTop, s.PlotBottom) + axis::TickLength + axis::TextGap;
     Placed placed;
 
+    // The name heads the row, in the margin left of the box.
     const QString name = QStringLiteral("HJD");
     const double nameWidth = canvas.textWidth(name);
     const double nameX = std::max(0.0, std::min(s.PlotLeft, s.PlotRight) - axis::MinSpace - nameWidth);
@@ -121,25 +153,10 @@ std::vector<AxisText> TimeAxisTexts(const Canvas& canvas, const PlotScale& scale
     if (times.empty())
         return texts;
 
-    const int decimals = LabelDecimals(times, g);
-    std::vector<QString> numbers;
-    double widest = 0;
-    for (const double t : times) {
-        numbers.push_back(AxisNumber(t, decimals));
-        widest = std::max(widest, canvas.textWidth(numbers.back()));
-    }
     const double spacing = rt::div(s.PlotWidth * static_cast<double>(g.step), scale.tr);
-    const long long stride = LabelStride(spacing, widest, axis::MinSpace);
-    for (std::size_t i = 0; i < times.size(); ++i) {
-        if (!isNumbered(times[i], g.step, stride))
-            continue;
-        const double width = canvas.textWidth(numbers[i]);
-        const double x = clampInto(PlotX(scale, times[i]) - width / 2, width, 0, canvas.formWidth());
-        if (!placed.fits(x, x + width))
-            continue;
-        placed.take(x, x + width);
-        texts.push_back({numbers[i], x, row, false});
-    }
+    numberAxis(
+        canvas, times, g, spacing, [&](double t) { return PlotX(scale, t); }, 0, canvas.formWidth(), placed,
+        [&](const QString& text, double x, double) { texts.push_back({text, x, row, false}); });
     return texts;
 }
 
@@ -158,28 +175,13 @@ std::vector<AxisText> MagnitudeAxisTexts(const Canvas& canvas, const PlotScale& 
     if (mags.empty())
         return texts;
 
-    const int decimals = LabelDecimals(mags, mg);
-    std::vector<QString> numbers;
-    double widest = 0;
-    for (const double m : mags) {
-        numbers.push_back(AxisNumber(m, decimals));
-        widest = std::max(widest, canvas.textWidth(numbers.back()));
-    }
     const double spacing = rt::div(s.PlotHeight * static_cast<double>(mg.step), scale.mr);
-    const long long stride = LabelStride(spacing, widest, axis::MinSpace);
     const double x = std::max(0.0, std::min(s.PlotLeft, s.PlotRight) - axis::TickLength - axis::TextGap - height);
     Placed placed;
-    for (std::size_t i = 0; i < mags.size(); ++i) {
-        if (!isNumbered(mags[i], mg.step, stride))
-            continue;
-        const double length = canvas.textWidth(numbers[i]);
-        // Kept above the row of time numbers under the box.
-        const double lo = clampInto(PlotY(scale, mags[i]) - length / 2, length, 0, bottom);
-        if (!placed.fits(lo, lo + length))
-            continue;
-        placed.take(lo, lo + length);
-        texts.push_back({numbers[i], x, lo + length, true});
-    }
+    // Kept above the row of time numbers under the box.
+    numberAxis(
+        canvas, mags, mg, spacing, [&](double m) { return PlotY(scale, m); }, 0, bottom, placed,
+        [&](const QString& text, double y, double length) { texts.push_back({text, x, y + length, true}); });
     return texts;
 }
 

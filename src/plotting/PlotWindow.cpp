@@ -256,27 +256,19 @@ void PlotWindow::circle(double x, double y, double radius)
     m_surface->changed();
 }
 
-void PlotWindow::text(double x, double y, const QString& text)
+void PlotWindow::text(double x, double y, const QString& text) { drawText(x, y, 0, text); }
+
+void PlotWindow::textUp(double x, double y, const QString& text) { drawText(x, y, -90, text); }
+
+void PlotWindow::drawText(double x, double y, double angle, const QString& text)
 {
     QPainter& p = m_surface->painter();
     // Text is laid out in pixels so that the font keeps its size.
     p.save();
     p.resetTransform();
     p.setFont(font());
-    const QPointF at = toPixels(x, y);
-    p.drawText(QRectF(at, QSizeF(4000, 200)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, text);
-    p.restore();
-    m_surface->changed();
-}
-
-void PlotWindow::textUp(double x, double y, const QString& text)
-{
-    QPainter& p = m_surface->painter();
-    p.save();
-    p.resetTransform();
-    p.setFont(font());
     p.translate(toPixels(x, y));
-    p.rotate(-90);
+    p.rotate(angle);
     p.drawText(QRectF(QPointF(0, 0), QSizeF(4000, 200)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, text);
     p.restore();
     m_surface->changed();

@@ -116,6 +116,8 @@ private:
     friend class PlotSurface;
     void surfaceMouseDown(int button, int shift, const QPointF& pixels);
     void surfaceMouseMove(int button, int shift, const QPointF& pixels);
+    // Text with its top left corner at (x, y), turned by angle degrees (clockwise).
+    void drawText(double x, double y, double angle, const QString& text);
 
     int m_winPosLine;
     PlotSurface* m_surface;

@@ -69,6 +69,17 @@ double expectedY(double height, double m)
     return 242 + (height - 1850 - 242) * (m - s.FullMagMin) / s.FullMagRange;
 }
 
+// A box of 8000 x 4000 twips at (500, 242) showing times 0 .. tr and magnitudes 0 .. mr.
+void setFullScale(double tr, double mr)
+{
+    Session& s = S();
+    SetPlotBox(500, 8500, 242, 4242);
+    s.FullHJDMin = 0;
+    s.FullHJDRange = tr;
+    s.FullMagMin = 0;
+    s.FullMagRange = mr;
+}
+
 // Deletes point i as the editor does.
 void deletePoint(int i)
 {
@@ -153,11 +164,7 @@ void LightCurveTest::picksNearestInDataUnits()
     // A day weighs as much as a magnitude: with 10 days across and 0.1 magnitude down, B is
     // nearer on the screen but A is nearer in data units.
     Session& s = S();
-    SetPlotBox(500, 8500, 242, 4242);
-    s.FullHJDMin = 0;
-    s.FullHJDRange = 10;
-    s.FullMagMin = 0;
-    s.FullMagRange = 0.1;
+    setFullScale(10, 0.1);
     s.NumOrig = 2;
     s.OrigHJD(1) = 1.0, s.OrigMag(1) = 0.05; // A
     s.OrigHJD(2) = 1.02, s.OrigMag(2) = 0.06; // B
@@ -206,11 +213,7 @@ void LightCurveTest::farClicksPickNothing()
     QFETCH(double, dy);
     QFETCH(int, picked);
     Session& s = S();
-    SetPlotBox(500, 8500, 242, 4242);
-    s.FullHJDMin = 0;
-    s.FullHJDRange = 8000;
-    s.FullMagMin = 0;
-    s.FullMagRange = 4000;
+    setFullScale(8000, 4000);
     s.NumOrig = 1;
     s.OrigHJD(1) = 0;
     s.OrigMag(1) = 0;
