@@ -2,10 +2,22 @@
 // Copyright (c) the Dipscope developers
 #include "help/HelpEntries.h"
 
+#include "help/frmAbout.h"
+#include "help/frmHelp.h"
+#include "help/HelpTexts.h"
+
 namespace dip {
 
-void ShowHelpIntroduction() {}
-void ShowHelpDataFiles() {}
-void ShowAbout() {}
+void ShowHelpIntroduction() { frmHelp::load().showPage(helpIntroductionPage()); }
+
+void ShowHelpDataFiles() { frmHelp::load().showPage(helpInputFilesPage()); }
+
+void ShowAbout()
+{
+    frmAbout& box = frmAbout::load();
+    box.show();
+    box.raise();
+    box.activateWindow();
+}
 
 } // namespace dip

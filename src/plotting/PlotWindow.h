@@ -18,6 +18,7 @@
 // window's left, top, width and height, in twips.
 
 #include "plotting/FormPort.h"
+#include "runtime/Twips.h"
 
 #include <QImage>
 #include <QMainWindow>
@@ -27,8 +28,6 @@ class QAction;
 class QMenu;
 
 namespace dip {
-
-constexpr double TwipsPerPixel = 15.0;
 
 class PlotSurface;
 
