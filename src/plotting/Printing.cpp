@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "plotting/Printing.h"
 
+#include <QDir>
 #include <QLoggingCategory>
 #include <QMainWindow>
 #include <QPainter>
@@ -84,7 +85,9 @@ bool configure(QPrinter& printer, const PrinterState& state)
 bool runQtPrintDialog(const PrinterState& seed, int flags, QWidget* owner, PrintDialogChoice* choice)
 {
     QPrinter printer(QPrinter::HighResolution);
-    configure(printer, seed);
+    // With no printer to start from, the dialog offers a file named after the program.
+    if (!configure(printer, seed))
+        printer.setOutputFileName(QDir::home().filePath(QStringLiteral("dipscope.pdf")));
     QPrintDialog dialog(&printer, owner);
     QAbstractPrintDialog::PrintDialogOptions options = dialog.options();
     if (flags & PdNoSelection)
