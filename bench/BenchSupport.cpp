@@ -2,7 +2,11 @@
 // Copyright (c) the Dipscope developers
 #include "BenchSupport.h"
 
+#include "session/LoadDataFile.h"
+
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <algorithm>
 #include <cmath>
@@ -45,6 +49,16 @@ QByteArray syntheticCurve(int n)
         out += QByteArray::number(t, 'f', 6) + ',' + QByteArray::number(1.2 + dip + noise, 'f', 4) + '\n';
     }
     return out;
+}
+
+bool openCurve(const QString& folder, const QByteArray& text)
+{
+    QFile f(QDir(folder).filePath(QStringLiteral("curve.csv")));
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    f.write(text);
+    f.close();
+    return OpenDataFile(folder, QStringLiteral("curve.csv"));
 }
 
 } // namespace dip::bench

@@ -18,4 +18,8 @@ void report(const QString& name, double medianMs, int runs, const QString& targe
 // A synthetic light curve of n points around a minimum at 0.5 (fraction of the day), CSV text.
 QByteArray syntheticCurve(int n);
 
+// Writes text as "curve.csv" into folder and opens it as the Open dialog does; false when the
+// file cannot be written or the reader refuses it.
+bool openCurve(const QString& folder, const QByteArray& text);
+
 } // namespace dip::bench

@@ -77,8 +77,10 @@ QString reportText(const RuntimeError& error)
 void reportFatal(const RuntimeError& error)
 {
     MsgBox(reportText(error));
-    exitHook()(1);
+    exitProgram(1);
 }
+
+void exitProgram(int code) { exitHook()(code); }
 
 ExitHook setExitHook(ExitHook hook)
 {

@@ -42,4 +42,8 @@ using ExitHook = std::function<void(int code)>;
 // Returns the previous hook.
 ExitHook setExitHook(ExitHook hook);
 
+// Ends the program at once with code through the exit hook: no window is closed or unloaded
+// first. Returns only when a test has replaced the hook.
+void exitProgram(int code);
+
 } // namespace rt

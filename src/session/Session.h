@@ -114,6 +114,14 @@ struct Session {
     Integer AvgPoints = 0;
     double FoldShown = 0;
     double FoldSpan = 0;
+
+    // Sliding integrations: the chosen stretch, its even grid and the window differences.
+    ObsArray SlideHJD;
+    ObsArray SlideMag;
+    Integer SlideN = 0;
+    ObsArray GridHJD;
+    ObsArray GridMag;
+    ObsArray SlideDiff;
 };
 
 // The session of this process.

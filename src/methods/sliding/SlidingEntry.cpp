@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 #include "methods/MethodEntries.h"
+#include "methods/sliding/SlidingIntegrations.h"
 
 namespace dip {
 
-void StartSliding() {}
+// No window: the button computes at once and publishes into the main window.
+void StartSliding()
+{
+    RunSlidingIntegrations();
+}
 
 } // namespace dip

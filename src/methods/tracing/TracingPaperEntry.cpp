@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 #include "methods/MethodEntries.h"
+#include "methods/tracing/TracingPaper.h"
+#include "methods/tracing/frmPlott2.h"
 
 namespace dip {
 
-void StartTracingPaper() {}
+void StartTracingPaper()
+{
+    frmPlott2& form = frmPlott2::instance();
+    setTracingPaperWindow(&form, &form);
+    OpenTracingPaper();
+}
 
 } // namespace dip
