@@ -5,48 +5,14 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
+#include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
 using namespace dip;
 
 namespace {
 
-// Records what the light-curve procedures draw.
-class Recorder : public FormMemory {
-public:
-    struct Line {
-        Rgb colour;
-        double x1, y1, x2, y2;
-    };
-    struct Circle {
-        Rgb colour;
-        double x, y, r;
-    };
-    QList<Line> lines;
-    QList<Circle> circles;
-    int clears = 0;
-    void cls() override
-    {
-        ++clears;
-        lines.clear();
-        circles.clear();
-    }
-    void setForeColor(Rgb c) override { m_colour = c; }
-    void line(double x1, double y1, double x2, double y2) override { lines << Line{m_colour, x1, y1, x2, y2}; }
-    void circle(double x, double y, double r) override { circles << Circle{m_colour, x, y, r}; }
-
-    QList<Line> linesIn(Rgb colour) const
-    {
-        QList<Line> found;
-        for (const Line& l : lines)
-            if (l.colour == colour)
-                found << l;
-        return found;
-    }
-
-private:
-    Rgb m_colour;
-};
+using Recorder = test::CanvasRecorder;
 
 // Twelve points: t = 1000.1 + 0.01 i, m = 11 + 0.01 i, a dip in the middle.
 std::vector<std::pair<double, double>> twelvePoints()

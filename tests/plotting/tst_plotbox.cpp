@@ -3,6 +3,7 @@
 #include "plotting/AxisLabels.h"
 #include "plotting/PlotBox.h"
 #include "session/Session.h"
+#include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
 #include <cmath>
@@ -11,34 +12,7 @@ using namespace dip;
 
 namespace {
 
-// Records the lines and texts drawn, with their colours.
-class LineRecorder : public FormMemory {
-public:
-    struct Line {
-        Rgb colour;
-        double x1, y1, x2, y2;
-    };
-    struct Text {
-        QString text;
-        double left, top, right, bottom; // the area it covers
-        bool up;
-    };
-    QList<Line> lines;
-    QList<Text> texts;
-    void setForeColor(Rgb c) override { m_colour = c; }
-    void line(double x1, double y1, double x2, double y2) override { lines << Line{m_colour, x1, y1, x2, y2}; }
-    void text(double x, double y, const QString& t) override
-    {
-        texts << Text{t, x, y, x + textWidth(t), y + textHeight(), false};
-    }
-    void textUp(double x, double y, const QString& t) override
-    {
-        texts << Text{t, x, y - textWidth(t), x + textHeight(), y, true};
-    }
-
-private:
-    Rgb m_colour;
-};
+using LineRecorder = test::CanvasRecorder;
 
 bool overlap(const LineRecorder::Text& a, const LineRecorder::Text& b)
 {
