@@ -67,15 +67,7 @@ void resetMethodState()
     f.Alamda = -1;
     f.FourierFitDone = rt::False;
     f.ParEntered = rt::False;
-    f.Range.clearFlags();
-
-    s.FirstTime(1) = 0;
-    s.FirstTime(3) = 0;
-    s.FirstTime(4) = 0;
-    s.FirstTime(5) = 0;
-    s.AvgPoints = 1;
-    s.ParabolaPick.clearFlags();
-    s.KweePick.clearFlags();
+    ResetMethodWindowFlags(s);
 }
 
 } // namespace

@@ -131,6 +131,11 @@ struct Session {
     ObsArray SlideDiff;
 };
 
+// What start-up and every load reset in the method windows: the first-time flags of the
+// parabola, bisector, Kwee and Fourier windows, the range flags of the parabola, Kwee and
+// Fourier windows and the tracing paper's averaging width (1).
+void ResetMethodWindowFlags(Session& s);
+
 // The session of this process.
 Session& S();
 
