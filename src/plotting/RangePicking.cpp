@@ -5,6 +5,8 @@
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
 
+#include <typeinfo>
+
 namespace dip {
 
 using rt::i16;
@@ -92,7 +94,8 @@ MousePointer pointerAt(double x, double y)
     return MousePointer::Arrow;
 }
 
-bool drawsOnScreen(const Canvas& canvas) { return dynamic_cast<const FormMemory*>(&canvas) == nullptr; }
+// A plain FormMemory, not a form built on it that records what it is given.
+bool drawsOnScreen(const Canvas& canvas) { return typeid(canvas) != typeid(FormMemory); }
 
 const RangePickStyle& parabolaRangeStyle()
 {

@@ -9,7 +9,7 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
-#include "support/RecordingForm.h"
+#include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
 #include <QtTest>
@@ -18,7 +18,7 @@
 
 using namespace dip;
 using dip::test::Points;
-using dip::test::RecordingForm;
+using dip::test::CanvasRecorder;
 
 namespace {
 
@@ -69,7 +69,7 @@ class TestChords : public QObject {
 private Q_SLOTS:
     void threeMidpoints()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(threeChords(), form);
         clickAll(form, {4.3, 4.7, 5.7, 5.9});
         const ChordPick& p = S().Chords;
@@ -160,7 +160,7 @@ private Q_SLOTS:
 
     void prompts()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         QCOMPARE(form.caption(), loadPrompt);
         ChordsMouseDown(form, Click::atTime(0.25));
@@ -177,7 +177,7 @@ private Q_SLOTS:
 
     void rightRangeFirstPromptsWhateverTheOtherSide()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         clickAll(form, {1.25, 1.75});
         QCOMPARE(form.caption(), QStringLiteral("Bisect Chords - CLICK 'Bisect Chords', OR 'Undo' TO START OVER."));
@@ -191,7 +191,7 @@ private Q_SLOTS:
 
     void labelsAndMarkers()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         const std::vector<double> times = {0.25, 0.75, 1.25, 1.75};
         for (double t : times)
@@ -202,10 +202,10 @@ private Q_SLOTS:
         QCOMPARE(form.controlText(QStringLiteral("Label14")), QStringLiteral(" 18"));
         // One purple marker per click and no erasing.
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(4));
+        QCOMPARE(lines.size(), qsizetype(4));
         for (std::size_t i = 0; i < 4; ++i) {
-            DIP_COMPARE_REL(lines[i].first, xOf(times[i]), 1e-12);
-            QVERIFY(lines[i].second == colours::purple);
+            DIP_COMPARE_REL(lines[i].x1, xOf(times[i]), 1e-12);
+            QVERIFY(lines[i].colour == colours::purple);
         }
         const ChordPick& p = S().Chords;
         QCOMPARE(p.HJD1, 0.25);
@@ -232,7 +232,7 @@ private Q_SLOTS:
         QFETCH(double, end);
         QFETCH(int, first);
         QFETCH(int, last);
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         clickAll(form, {start, end});
         const ChordPick& p = S().Chords;
@@ -248,7 +248,7 @@ private Q_SLOTS:
 
     void clickAtAPointsTimeExcludesIt()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         // Points 3 (0.2) and 9 (0.8): the start takes the first point strictly later, the end
         // the last strictly earlier.
@@ -263,7 +263,7 @@ private Q_SLOTS:
 
     void sideUsesTheFullListAtTheEditedIndex()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         // Delete point 3: the faintest used point is now at edited index 10, and OrigHJD(10) is
         // 0.9, one point before the faintest time 1.0.
@@ -280,17 +280,17 @@ private Q_SLOTS:
 
     void completeSideIgnoresClicks()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         clickAll(form, {0.25, 0.75});
         const QString caption = form.caption();
-        form.clearCalls();
+        form.cls();
         ChordsMouseDown(form, Click::atTime(0.05));
         QCOMPARE(S().Chords.Idx1, rt::Integer(4));
         QCOMPARE(S().Chords.Idx2, rt::Integer(8));
         QCOMPARE(S().Chords.HJD1, 0.25);
         QCOMPARE(form.caption(), caption);
-        QVERIFY(form.calls().empty());
+        QVERIFY(form.calls.empty());
     }
 
     void onlyRightClicksInsideTheBoxCount_data()
@@ -306,19 +306,19 @@ private Q_SLOTS:
     {
         QFETCH(double, x);
         QFETCH(int, button);
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         S().Chords.LeftStage = 2;
         S().Chords.RightStage = 2; // RangeSet stays False: no handled click recomputes it
         ChordsMouseDown(form, Click::atTwips(x, 1000, rt::Integer(button)));
         QCOMPARE(S().Chords.RangeSet, rt::False);
         QCOMPARE(form.caption(), loadPrompt);
-        QVERIFY(form.calls().empty());
+        QVERIFY(form.calls.empty());
     }
 
     void twipsClickTimeMultipliesFirst()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         const Session& s = S();
         const double x = 2001;
@@ -328,12 +328,12 @@ private Q_SLOTS:
 
     void bisectBeforeFourEndsDoesNothing()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         clickAll(form, {0.25, 0.75, 1.25});
-        form.clearCalls();
+        form.cls();
         QVERIFY(!ChordsBisectClick(form));
-        QVERIFY(form.calls().empty());
+        QVERIFY(form.calls.empty());
         QCOMPARE(mainForm().text(3), QString());
         // A complete pick with Idx1 still 0 is not enough either.
         S().Chords.RangeSet = rt::True;
@@ -343,20 +343,20 @@ private Q_SLOTS:
 
     void bisectRedrawsTheFourMarkersFromTheTimes()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         clickAll(form, {0.25, 0.75, 1.25, 1.75});
-        form.clearCalls();
+        form.cls();
         QVERIFY(ChordsBisectClick(form));
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(4));
-        DIP_COMPARE_REL(lines[3].first, xOf(1.75), 1e-12);
+        QCOMPARE(lines.size(), qsizetype(4));
+        DIP_COMPARE_REL(lines[3].x1, xOf(1.75), 1e-12);
         QCOMPARE(S().Chords.Fitted, rt::True);
     }
 
     void undo()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         clickAll(form, {0.25, 0.75, 1.25, 1.75});
         QVERIFY(ChordsBisectClick(form));
@@ -379,25 +379,25 @@ private Q_SLOTS:
 
     void reopeningRedrawsTheMarkersAndBisectWorksAtOnce()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         open(vee(), form);
         clickAll(form, {0.25, 0.75, 1.25, 1.75});
         // Hidden and shown again: the picking survives, and a load of another file too.
         S().PickIdx = 21;
         SetPickedDeleted(true);
-        form.clearCalls();
+        form.cls();
         ChordsRedrawOverlays(form);
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(4));
-        DIP_COMPARE_REL(lines[0].first, xOf(0.25), 1e-12);
+        QCOMPARE(lines.size(), qsizetype(4));
+        DIP_COMPARE_REL(lines[0].x1, xOf(0.25), 1e-12);
         QVERIFY(ChordsBisectClick(form));
         // The window's load starts afresh.
         ChordsFormLoad(form);
         QCOMPARE(S().Chords.RangeSet, rt::False);
         QCOMPARE(S().Chords.LeftStage, rt::Integer(0));
-        form.clearCalls();
+        form.cls();
         ChordsRedrawOverlays(form);
-        QVERIFY(form.calls().empty());
+        QVERIFY(form.calls.empty());
     }
 };
 

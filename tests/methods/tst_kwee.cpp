@@ -9,7 +9,7 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
-#include "support/RecordingForm.h"
+#include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
 #include <QtTest>
@@ -19,7 +19,7 @@
 using namespace dip;
 using dip::test::Curve;
 using dip::test::Points;
-using dip::test::RecordingForm;
+using dip::test::CanvasRecorder;
 using dip::test::toCurve;
 
 namespace {
@@ -242,7 +242,7 @@ private Q_SLOTS:
     {
         QFETCH(int, n);
         QFETCH(int, K);
-        RecordingForm form;
+        CanvasRecorder form;
         const Points pts = symmetricDip(0.5 + 0.01 * (n - 1) / 2.0, 0.5, 0.01, n);
         openAndPickAll(pts, form);
         QVERIFY(KweeFitClick(form));
@@ -328,7 +328,7 @@ private Q_SLOTS:
         QFETCH(double, f);
         QFETCH(int, error);
         const Points pts = symmetricDip(0.6037, 0.4, 0.01, 41);
-        RecordingForm form;
+        CanvasRecorder form;
         openAndPickAll(pts, form);
         form.setControlText(QStringLiteral("Text1"), stepp);
         form.setControlText(QStringLiteral("Text2"), frac);
@@ -348,18 +348,18 @@ private Q_SLOTS:
     void fitButtonPublishes()
     {
         const Points pts = symmetricDip(0.6, 0.4, 0.01, 41);
-        RecordingForm form;
+        CanvasRecorder form;
         openAndPickAll(pts, form);
         S().KweePick.LeftMarkX = 1234; // the button draws at the stored positions
         S().KweePick.RightMarkX = 4321;
-        form.clearCalls();
+        form.cls();
         const std::optional<KweeResult> r = KweeFitClick(form);
         QVERIFY(r);
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(2));
-        QCOMPARE(lines[0].first, 1234.0);
-        QCOMPARE(lines[1].first, 4321.0);
-        QVERIFY(lines[0].second == colours::purple);
+        QCOMPARE(lines.size(), qsizetype(2));
+        QCOMPARE(lines[0].x1, 1234.0);
+        QCOMPARE(lines[1].x1, 4321.0);
+        QVERIFY(lines[0].colour == colours::purple);
         const MainForm& main = mainForm();
         QVERIFY(std::abs(r->time - 0.6) < 1e-9);
         // The shared formatter drops the zeros its rounding leaves.
@@ -375,7 +375,7 @@ private Q_SLOTS:
     {
         QVERIFY(test::loadText(test::csv(symmetricDip(0.6037, 0.4, 0.01, 41))));
         test::setMethodBox();
-        RecordingForm form;
+        CanvasRecorder form;
         KweeDesignTexts(form);
         KweeFormLoad(form);
         KweeMouseDown(form, Click::atTime(0.45));
@@ -387,7 +387,7 @@ private Q_SLOTS:
 
     void undoAfterAFit()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         openAndPickAll(symmetricDip(0.6037, 0.4, 0.01, 41), form);
         QVERIFY(KweeFitClick(form));
         KweeUndoClick(form);
@@ -411,26 +411,26 @@ private Q_SLOTS:
         const Points pts = symmetricDip(0.6037, 0.4, 0.01, 41);
         QVERIFY(test::loadText(test::csv(pts)));
         test::setMethodBox();
-        RecordingForm form;
+        CanvasRecorder form;
         KweeFormLoad(form);
         KweeMouseDown(form, Click::atTime(0.4523));
         KweeMouseDown(form, Click::atTime(0.7551));
-        form.clearCalls();
+        form.cls();
         KweeRedrawOverlays(form);
         const Session& s = S();
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(2));
+        QCOMPARE(lines.size(), qsizetype(2));
         QCOMPARE(s.HJD(s.KweePick.LeftIdx), pts[6].first);
-        DIP_COMPARE_REL(lines[0].first, s.PlotLeft + s.PlotWidth * (pts[6].first - s.HJDMin) / s.HJDRange, 1e-12);
-        DIP_COMPARE_REL(lines[1].first, s.PlotLeft + s.PlotWidth * (0.7551 - s.HJDMin) / s.HJDRange, 1e-12);
+        DIP_COMPARE_REL(lines[0].x1, s.PlotLeft + s.PlotWidth * (pts[6].first - s.HJDMin) / s.HJDRange, 1e-12);
+        DIP_COMPARE_REL(lines[1].x1, s.PlotLeft + s.PlotWidth * (0.7551 - s.HJDMin) / s.HJDRange, 1e-12);
         // The window's load starts the picking afresh but keeps Fitted.
         S().KweePick.Fitted = rt::True;
         KweeFormLoad(form);
         QCOMPARE(S().KweePick.RangeSet, rt::False);
         QCOMPARE(S().KweePick.Fitted, rt::True);
-        form.clearCalls();
+        form.cls();
         KweeRedrawOverlays(form);
-        QVERIFY(form.calls().empty());
+        QVERIFY(form.calls.empty());
     }
 };
 

@@ -9,7 +9,7 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
-#include "support/RecordingForm.h"
+#include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
 #include <QtTest>
@@ -19,7 +19,7 @@
 
 using namespace dip;
 using dip::test::Points;
-using dip::test::RecordingForm;
+using dip::test::CanvasRecorder;
 
 namespace {
 
@@ -241,7 +241,7 @@ private Q_SLOTS:
     void fitButtonPublishes()
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
-        RecordingForm form;
+        CanvasRecorder form;
         loadAndPick(pts, 8, 33, form);
         const std::optional<ParabolaFitResult> fit = ParabolaFitClick(form);
         QVERIFY(fit);
@@ -264,19 +264,19 @@ private Q_SLOTS:
     void fitButtonRedrawsTheMarkersFromTheRememberedTimes()
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
-        RecordingForm form;
+        CanvasRecorder form;
         loadAndPick(pts, 8, 33, form);
-        form.clearCalls();
+        form.cls();
         S().ParabolaPick.LeftMarkX = 0;
         QVERIFY(ParabolaFitClick(form));
         const auto lines = form.verticalLines();
         QVERIFY(lines.size() >= 2);
         const Session& s = S();
-        DIP_COMPARE_REL(lines[0].first, s.PlotLeft + s.PlotWidth * (s.ParabolaPick.LeftHJD - s.HJDMin) / s.HJDRange,
+        DIP_COMPARE_REL(lines[0].x1, s.PlotLeft + s.PlotWidth * (s.ParabolaPick.LeftHJD - s.HJDMin) / s.HJDRange,
                         1e-12);
-        QVERIFY(lines[0].second == colours::purple);
-        QCOMPARE(s.ParabolaPick.LeftMarkX, lines[0].first);
-        QCOMPARE(s.ParabolaPick.RightMarkX, lines[1].first);
+        QVERIFY(lines[0].colour == colours::purple);
+        QCOMPARE(s.ParabolaPick.LeftMarkX, lines[0].x1);
+        QCOMPARE(s.ParabolaPick.RightMarkX, lines[1].x1);
     }
 
     void fitPressedBeforeARangeDoesNothing_data()
@@ -291,17 +291,17 @@ private Q_SLOTS:
         QFETCH(int, clicks);
         QVERIFY(test::loadText(test::csv({{1.0, 13.0}, {1.1, 12.5}, {1.2, 12.0}, {1.3, 11.5}, {1.4, 11.0}})));
         test::setMethodBox();
-        RecordingForm form;
+        CanvasRecorder form;
         ParabolaFormLoad(form);
         if (clicks >= 1)
             ParabolaMouseDown(form, Click::atTime(0.999));
         if (clicks >= 2)
             ParabolaMouseDown(form, Click::atTime(1.0)); // a right end with no point before it
         const QString caption = form.caption();
-        form.clearCalls();
+        form.cls();
         QVERIFY(!ParabolaFitClick(form));
         QCOMPARE(form.caption(), caption);
-        QVERIFY(form.calls().empty());
+        QVERIFY(form.calls.empty());
         QCOMPARE(mainForm().text(1), QString());
         QVERIFY(!mainForm().checked(1));
     }
@@ -309,7 +309,7 @@ private Q_SLOTS:
     void wrongOrderFailsInTheFit()
     {
         const Points pts = parabolaPoints(0.4, 11, 30, 0.30, 0.005, 41, 0.01);
-        RecordingForm form;
+        CanvasRecorder form;
         loadAndPick(pts, 8, 33, form);
         S().ParabolaPick.LeftIdx = 33;
         S().ParabolaPick.RightIdx = 8;
@@ -319,7 +319,7 @@ private Q_SLOTS:
     void undoAfterAFit()
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
-        RecordingForm form;
+        CanvasRecorder form;
         loadAndPick(pts, 8, 33, form);
         QVERIFY(ParabolaFitClick(form));
         ParabolaUndoClick(form);
@@ -343,17 +343,17 @@ private Q_SLOTS:
     void curveIsBlueInsideThePickedTimesAndGreyOutside()
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
-        RecordingForm form;
+        CanvasRecorder form;
         loadAndPick(pts, 8, 33, form);
         QVERIFY(ParabolaFitClick(form));
         Session& s = S();
         // Put the left time exactly on a sample: that sample is outside (strict comparison).
         s.ParabolaPick.LeftHJD = s.FitCurveT(20);
-        form.clearCalls();
+        form.cls();
         PlotParabolaFit(form);
-        const auto& calls = form.calls();
-        QCOMPARE(calls.size(), std::size_t(1 + 100 * 21));
-        QVERIFY(calls[0].op == RecordingForm::Op::PSet);
+        const auto& calls = form.calls;
+        QCOMPARE(calls.size(), qsizetype(1 + 100 * 21));
+        QVERIFY(calls[0].op == CanvasRecorder::Op::PSet);
         const double step = s.HJDRange / 100;
         for (int k = 0; k <= 100; ++k) {
             const double t = s.HJDMin + step * k;
@@ -368,11 +368,11 @@ private Q_SLOTS:
             }
             const bool inside = s.ParabolaPick.LeftHJD < t && t < s.ParabolaPick.RightHJD;
             for (int j = -10; j <= 10; ++j) {
-                const auto& c = calls[std::size_t(1 + (k - 1) * 21 + (j + 10))];
-                QVERIFY(c.op == RecordingForm::Op::LineTo);
+                const auto& c = calls[qsizetype(1 + (k - 1) * 21 + (j + 10))];
+                QVERIFY(c.op == CanvasRecorder::Op::LineTo);
                 QVERIFY(c.colour == (inside ? colours::blue : colours::curveGrey));
-                DIP_COMPARE_REL(c.x1, x, 1e-12);
-                DIP_COMPARE_REL(c.y1, y + j, 1e-12);
+                DIP_COMPARE_REL(c.x2, x, 1e-12);
+                DIP_COMPARE_REL(c.y2, y + j, 1e-12);
             }
         }
         QVERIFY(calls[1 + 19 * 21].colour == colours::curveGrey); // sample 20
@@ -383,32 +383,32 @@ private Q_SLOTS:
     void reopeningRedrawsMarkersAndCurveAtTheNewScale()
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
-        RecordingForm form;
+        CanvasRecorder form;
         loadAndPick(pts, 8, 33, form);
         QVERIFY(ParabolaFitClick(form));
         // A deletion at the end changes the scale.
         S().PickIdx = 41;
         SetPickedDeleted(true);
-        form.clearCalls();
+        form.cls();
         ParabolaRedrawOverlays(form);
         const Session& s = S();
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(2));
-        DIP_COMPARE_REL(lines[1].first, s.PlotLeft + s.PlotWidth * (s.ParabolaPick.RightHJD - s.HJDMin) / s.HJDRange,
+        QCOMPARE(lines.size(), qsizetype(2));
+        DIP_COMPARE_REL(lines[1].x1, s.PlotLeft + s.PlotWidth * (s.ParabolaPick.RightHJD - s.HJDMin) / s.HJDRange,
                         1e-12);
-        QCOMPARE(form.calls().size(), std::size_t(2 + 1 + 100 * 21));
+        QCOMPARE(form.calls.size(), qsizetype(2 + 1 + 100 * 21));
         QCOMPARE(s.FitCurveT(100), s.HJDMin + s.HJDRange / 100 * 100);
 
         // Without a fit only the markers come back.
         S().ParabolaPick.Fitted = rt::False;
-        form.clearCalls();
+        form.cls();
         ParabolaRedrawOverlays(form);
-        QCOMPARE(form.calls().size(), std::size_t(2));
+        QCOMPARE(form.calls.size(), qsizetype(2));
         // Without a range nothing.
         S().ParabolaPick.RangeSet = rt::False;
-        form.clearCalls();
+        form.cls();
         ParabolaRedrawOverlays(form);
-        QVERIFY(form.calls().empty());
+        QVERIFY(form.calls.empty());
     }
 
     void aFormThatDrawsNothingComputesNoCurve()

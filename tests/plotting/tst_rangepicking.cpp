@@ -6,14 +6,14 @@
 #include "session/LoadDataFile.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
-#include "support/RecordingForm.h"
+#include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
 #include <QFileInfo>
 #include <QtTest>
 
 using namespace dip;
-using dip::test::RecordingForm;
+using dip::test::CanvasRecorder;
 
 Q_DECLARE_METATYPE(dip::MousePointer)
 
@@ -98,7 +98,7 @@ private Q_SLOTS:
     void prompts()
     {
         QFETCH(QString, style);
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pickNamed(style), form, styleNamed(style));
         picker.formLoad();
         QTEST(form.caption(), "load");
@@ -140,11 +140,11 @@ private Q_SLOTS:
         pick.LeftMarkX = 1234;
         pick.RightMarkX = 5678;
         const RangePick before = pick;
-        RecordingForm form;
+        CanvasRecorder form;
         form.setCaption(QStringLiteral("unchanged"));
         RangePicker(pick, form, parabolaRangeStyle()).mouseDown(Click::atTwips(x, y, rt::Integer(button)));
         QVERIFY(samePick(pick, before));
-        QVERIFY(form.calls().empty());
+        QVERIFY(form.calls.empty());
         QCOMPARE(form.caption(), QStringLiteral("unchanged"));
     }
 
@@ -160,7 +160,7 @@ private Q_SLOTS:
     {
         QFETCH(double, x);
         QFETCH(double, y);
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker(S().ParabolaPick, form, parabolaRangeStyle()).mouseDown(Click::atTwips(x, y, 2));
         QCOMPARE(S().ParabolaPick.LeftSet, rt::True);
         QCOMPARE(S().ParabolaPick.LeftIdx, rt::Integer(x == 500 ? 1 : 4));
@@ -168,7 +168,7 @@ private Q_SLOTS:
 
     void rightEdgePicksRightEnd()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker(S().ParabolaPick, form, parabolaRangeStyle()).mouseDown(Click::atTwips(8585, 2000, 2));
         QCOMPARE(S().ParabolaPick.RightSet, rt::True);
         QCOMPARE(S().ParabolaPick.RightIdx, rt::Integer(11));
@@ -184,13 +184,13 @@ private Q_SLOTS:
         pick.LeftSet = rt::True;
         pick.RightSet = rt::True;
         pick.RangeSet = rt::False;
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pick, form, styleNamed(style));
         picker.mouseDown(Click::atTwips(xAt(10.4), yMid(), 1));
         QCOMPARE(pick.RangeSet, rt::True);
         QCOMPARE(pick.LeftIdx, rt::Integer(2));
         QCOMPARE(pick.RightIdx, rt::Integer(10));
-        QVERIFY(form.calls().empty());
+        QVERIFY(form.calls.empty());
 
         pick.RightSet = rt::False;
         picker.mouseDown(Click::atTwips(xAt(11.0), yMid(), 4));
@@ -205,7 +205,7 @@ private Q_SLOTS:
         // point before it.
         loadCurve({{1.0, 13.0}, {1.1, 12.5}, {1.2, 12.0}, {1.3, 11.5}, {1.4, 11.0}});
         RangePick& pick = pickNamed(style);
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pick, form, styleNamed(style));
         picker.mouseDown(Click::atTime(0.999));
         QCOMPARE(pick.LeftIdx, rt::Integer(1));
@@ -228,23 +228,23 @@ private Q_SLOTS:
     {
         QFETCH(QString, style);
         RangePick& pick = pickNamed(style);
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pick, form, styleNamed(style));
         const double x1 = xAt(11.1), x2 = xAt(11.3);
         picker.mouseDown(Click::atTwips(x1, yMid(), 2));
         picker.mouseDown(Click::atTwips(x2, yMid(), 2));
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(4));
+        QCOMPARE(lines.size(), qsizetype(4));
         // The first erase paints at x = 0, where no marker was drawn yet.
-        QCOMPARE(lines[0].first, 0.0);
-        QVERIFY(lines[0].second == colours::white);
-        QCOMPARE(lines[1].first, x1);
-        QVERIFY(lines[1].second == colours::purple);
-        QCOMPARE(lines[2].first, x1);
-        QVERIFY(lines[2].second == colours::white);
-        QCOMPARE(lines[3].first, x2);
-        QVERIFY(lines[3].second == colours::purple);
-        for (const auto& c : form.calls()) {
+        QCOMPARE(lines[0].x1, 0.0);
+        QVERIFY(lines[0].colour == colours::white);
+        QCOMPARE(lines[1].x1, x1);
+        QVERIFY(lines[1].colour == colours::purple);
+        QCOMPARE(lines[2].x1, x1);
+        QVERIFY(lines[2].colour == colours::white);
+        QCOMPARE(lines[3].x1, x2);
+        QVERIFY(lines[3].colour == colours::purple);
+        for (const auto& c : form.calls) {
             QCOMPARE(c.y1, S().PlotTop);
             QCOMPARE(c.y2, S().PlotBottom);
         }
@@ -256,7 +256,7 @@ private Q_SLOTS:
 
     void rightEndMayComeFirst()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(S().ParabolaPick, form, parabolaRangeStyle());
         picker.mouseDown(Click::atTime(11.1));
         QCOMPARE(S().ParabolaPick.RangeSet, rt::False);
@@ -268,7 +268,7 @@ private Q_SLOTS:
 
     void clickAtReferenceTimeIsARightEnd()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(S().ParabolaPick, form, parabolaRangeStyle());
         const double ref = S().OrigHJD(S().FullIdxMagMax);
         QCOMPARE(ref, pointTime(6));
@@ -290,7 +290,7 @@ private Q_SLOTS:
         SetPickedDeleted(true);
         QCOMPARE(s.HJD(s.IdxMagMax), pointTime(5));
         QCOMPARE(s.FullIdxMagMax, rt::Integer(6));
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(s.ParabolaPick, form, parabolaRangeStyle());
         picker.mouseDown(Click::atTime(10.7));
         QCOMPARE(s.ParabolaPick.LeftSet, rt::True);
@@ -306,7 +306,7 @@ private Q_SLOTS:
         ApplyMagSense(1);
         // Inverted, the "deepest" point is the brightest: the first of the equal ends, point 1.
         QCOMPARE(s.FullIdxMagMax, rt::Integer(1));
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(s.ParabolaPick, form, parabolaRangeStyle());
         picker.mouseDown(Click::atTime(10.4));
         QCOMPARE(s.ParabolaPick.RightSet, rt::True);
@@ -325,7 +325,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, style);
         RangePick& pick = pickNamed(style);
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pick, form, styleNamed(style));
         picker.mouseDown(Click::atTime(pointTime(3)));
         picker.mouseDown(Click::atTime(pointTime(9)));
@@ -349,7 +349,7 @@ private Q_SLOTS:
         for (int i = 1; i <= 15; ++i)
             points.emplace_back(i, 10 - std::abs(i - 4) * 0.1);
         loadCurve(points);
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pickNamed(style), form, styleNamed(style));
         picker.mouseDown(Click::atTime(2.5));
         picker.mouseDown(Click::atTime(12.5));
@@ -359,7 +359,7 @@ private Q_SLOTS:
 
     void rememberedTimes()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker parabola(S().ParabolaPick, form, parabolaRangeStyle());
         RangePicker kwee(S().KweePick, form, kweeRangeStyle());
         for (RangePicker* p : {&parabola, &kwee}) {
@@ -382,7 +382,7 @@ private Q_SLOTS:
         s.PickIdx = 5;
         SetPickedDeleted(true);
         QCOMPARE(s.NumPts, rt::Integer(4));
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(s.KweePick, form, kweeRangeStyle());
         picker.mouseDown(Click::atTime(1.15));
         QCOMPARE(s.KweePick.LeftIdx, rt::Integer(3));
@@ -395,29 +395,29 @@ private Q_SLOTS:
 
     void markerRedrawFollowsTheScale()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(S().ParabolaPick, form, parabolaRangeStyle());
         picker.mouseDown(Click::atTime(10.3));
         picker.mouseDown(Click::atTime(11.1));
         // Deleting the first point moves HJDMin, so the same times map elsewhere.
         S().PickIdx = 1;
         SetPickedDeleted(true);
-        form.clearCalls();
+        form.cls();
         picker.redrawMarkers();
         const double left = 500 + 8085 * (10.3 - S().HJDMin) / S().HJDRange;
         const double right = 500 + 8085 * (11.1 - S().HJDMin) / S().HJDRange;
         DIP_COMPARE_REL(S().ParabolaPick.LeftMarkX, left, 1e-12);
         DIP_COMPARE_REL(S().ParabolaPick.RightMarkX, right, 1e-12);
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(2));
-        QCOMPARE(lines[0].first, S().ParabolaPick.LeftMarkX);
-        QVERIFY(lines[0].second == colours::purple);
-        QCOMPARE(lines[1].first, S().ParabolaPick.RightMarkX);
+        QCOMPARE(lines.size(), qsizetype(2));
+        QCOMPARE(lines[0].x1, S().ParabolaPick.LeftMarkX);
+        QVERIFY(lines[0].colour == colours::purple);
+        QCOMPARE(lines[1].x1, S().ParabolaPick.RightMarkX);
     }
 
     void kweeReopeningShowsTheLeftMarkerAtTheFirstPointInside()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(S().KweePick, form, kweeRangeStyle());
         const Click click = Click::atTwips(xAt(10.3), yMid(), 2);
         picker.mouseDown(click);
@@ -434,19 +434,19 @@ private Q_SLOTS:
         pick.LeftMarkX = 1111;
         pick.RightMarkX = 7777;
         pick.LeftHJD = 10.5;
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker(pick, form, kweeRangeStyle()).drawStoredMarkers();
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(2));
-        QCOMPARE(lines[0].first, 1111.0);
-        QCOMPARE(lines[1].first, 7777.0);
-        QVERIFY(lines[1].second == colours::purple);
+        QCOMPARE(lines.size(), qsizetype(2));
+        QCOMPARE(lines[0].x1, 1111.0);
+        QCOMPARE(lines[1].x1, 7777.0);
+        QVERIFY(lines[1].colour == colours::purple);
     }
 
     void undoParabolaClearsAllFlags()
     {
         RangePick& pick = S().ParabolaPick;
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pick, form, parabolaRangeStyle());
         picker.mouseDown(Click::atTime(10.3));
         picker.mouseDown(Click::atTime(11.1));
@@ -471,7 +471,7 @@ private Q_SLOTS:
     void undoKweeKeepsTheEndFlags()
     {
         RangePick& pick = S().KweePick;
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pick, form, kweeRangeStyle());
         picker.mouseDown(Click::atTime(10.3));
         picker.mouseDown(Click::atTime(11.1));
@@ -493,17 +493,17 @@ private Q_SLOTS:
     {
         QFETCH(QString, style);
         RangePick& pick = pickNamed(style);
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pick, form, styleNamed(style));
         picker.mouseDown(Click::atTwips(xAt(10.3), yMid(), 2));
         const double oldX = pick.LeftMarkX;
         picker.undo();
-        form.clearCalls();
+        form.cls();
         picker.mouseDown(Click::atTwips(xAt(10.5), yMid(), 2));
         const auto lines = form.verticalLines();
-        QCOMPARE(lines.size(), std::size_t(2));
-        QCOMPARE(lines[0].first, oldX);
-        QVERIFY(lines[0].second == colours::white);
+        QCOMPARE(lines.size(), qsizetype(2));
+        QCOMPARE(lines[0].x1, oldX);
+        QVERIFY(lines[0].colour == colours::white);
     }
 
     void formLoad_data() { addStyles(); }
@@ -514,7 +514,7 @@ private Q_SLOTS:
         pick.LeftIdx = 2;
         pick.RightIdx = 9;
         pick.LeftSet = pick.RightSet = pick.RangeSet = pick.Fitted = rt::True;
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker(pick, form, styleNamed(style)).formLoad();
         const bool kwee = style == QLatin1String("kwee");
         // frmPlott4's load clears the end flags and RangeSet; frmPlott1's leaves the record.
@@ -528,7 +528,7 @@ private Q_SLOTS:
 
     void loadingAFileClearsOnlyTheFlags()
     {
-        RecordingForm form;
+        CanvasRecorder form;
         for (RangePick* pick : {&S().ParabolaPick, &S().KweePick}) {
             RangePicker picker(*pick, form, pick == &S().ParabolaPick ? parabolaRangeStyle() : kweeRangeStyle());
             picker.mouseDown(Click::atTime(10.3));
@@ -554,7 +554,7 @@ private Q_SLOTS:
     void readiness()
     {
         RangePick& pick = S().ParabolaPick;
-        RecordingForm form;
+        CanvasRecorder form;
         RangePicker picker(pick, form, parabolaRangeStyle());
         pick.RangeSet = rt::True;
         pick.LeftIdx = 5;
@@ -630,7 +630,7 @@ private Q_SLOTS:
     void drawsOnScreenOnlyForRealForms()
     {
         FormMemory memory;
-        RecordingForm recording;
+        CanvasRecorder recording;
         QVERIFY(!drawsOnScreen(memory));
         QVERIFY(drawsOnScreen(recording));
     }
