@@ -4,6 +4,7 @@
 
 #include "plotting/PlotWindow.h"
 
+#include <QFontMetricsF>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -20,7 +21,15 @@ constexpr double buttonHeight = 495;
 QLabel* MethodControls::label(const QString& name, const QString& text, double width)
 {
     auto* l = new QLabel(text);
+    l->setTextFormat(Qt::PlainText);
     m_form.addControl(name, l, 0, 0, width, labelHeight);
+    // The layout's left edges are fixed; a caption wider than its room in this font is set a
+    // little smaller rather than cut off.
+    QFont font = l->font();
+    while (QFontMetricsF(font).horizontalAdvance(text) > l->width() && font.pointSizeF() > 6) {
+        font.setPointSizeF(font.pointSizeF() - 0.5);
+        l->setFont(font);
+    }
     return l;
 }
 

@@ -13,9 +13,10 @@ using rt::i16;
 
 Click Click::atTwips(double x, double y, Integer button)
 {
+    // The mouse position arrives in single precision.
     Click c;
-    c.X = x;
-    c.Y = y;
+    c.X = static_cast<float>(x);
+    c.Y = static_cast<float>(y);
     c.Button = button;
     return c;
 }
