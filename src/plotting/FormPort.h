@@ -46,6 +46,14 @@ public:
     virtual void circle(double x, double y, double radius) = 0;
     // Text with its top left corner at (x, y).
     virtual void text(double x, double y, const QString& text) = 0;
+    // Text reading upwards (turned a quarter turn anticlockwise), as beside a vertical axis:
+    // (x, y) is the bottom left corner of the turned text, which covers x .. x + textHeight()
+    // across and y - textWidth(text) .. y along. Surfaces that cannot turn text write it level.
+    virtual void textUp(double x, double y, const QString& text) { this->text(x, y - textHeight(), text); }
+    // The extent of a text in the surface's font, in twips: its advance and its line height.
+    // The defaults estimate a 9-point font for surfaces without one.
+    virtual double textWidth(const QString& text) const { return 105.0 * text.size(); }
+    virtual double textHeight() const { return 210.0; }
     // The form's size in twips (W, H) that layout rules use.
     virtual double formWidth() const = 0;
     virtual double formHeight() const = 0;

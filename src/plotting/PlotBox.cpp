@@ -2,9 +2,12 @@
 // Copyright (c) the Dipscope developers
 #include "plotting/PlotBox.h"
 
+#include "plotting/AxisLabels.h"
+
 #include "runtime/Numeric.h"
 #include "session/Session.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace dip {
@@ -123,8 +126,39 @@ std::vector<double> DrawTimeGrid(Canvas& canvas, const PlotScale& scale, double 
 
 void DrawAxes(Canvas& canvas, const PlotScale& scale, double span, double tMax)
 {
-    DrawTimeGrid(canvas, scale, span, tMax);
+    const Session& s = S();
+    // The grid goes over the frame, so a grid time on an edge shows.
     DrawFrame(canvas);
+    const std::vector<double> times = DrawTimeGrid(canvas, scale, span, tMax);
+    const GridStep g = ComputeGridStep(span);
+
+    // The magnitude steps; a curve of one brightness has none (its points fail the transform).
+    GridStep mg;
+    std::vector<double> mags;
+    if (scale.mr > 0) {
+        mg = ComputeGridStep(scale.mr);
+        mags = MagnitudeSteps(scale, mg);
+    }
+
+    canvas.setForeColor(colours::black);
+    const double bottom = std::max(s.PlotTop, s.PlotBottom);
+    for (const double t : times) {
+        const double x = PlotX(scale, t);
+        canvas.line(x, bottom, x, bottom + axis::TickLength);
+    }
+    for (const double m : mags) {
+        const double y = PlotY(scale, m);
+        canvas.line(s.PlotLeft - axis::TickLength, y, s.PlotLeft, y);
+    }
+    std::vector<AxisText> texts = TimeAxisTexts(canvas, scale, g, times);
+    const std::vector<AxisText> magTexts = MagnitudeAxisTexts(canvas, scale, mg, mags);
+    texts.insert(texts.end(), magTexts.begin(), magTexts.end());
+    for (const AxisText& t : texts) {
+        if (t.up)
+            canvas.textUp(t.x, t.y, t.text);
+        else
+            canvas.text(t.x, t.y, t.text);
+    }
 }
 
 void DrawUsedPoints(Canvas& canvas, const PlotScale& scale, Rgb colour)

@@ -63,8 +63,11 @@ void DrawFrame(Canvas& canvas);
 // The step is chosen from span (normally the time range). Returns the times drawn.
 std::vector<double> DrawTimeGrid(Canvas& canvas, const PlotScale& scale, double span, double tMax);
 
-// The common picture of a plot window around its points: the frame, the time grid over the
-// scale (step chosen from span, lines up to tMax) and the axis numbers and names.
+// The common picture of a plot window around its points: the frame, then the time grid over
+// the scale (step chosen from span, lines from the scale's start up to tMax; a line on an edge
+// shows over the frame), black ticks under the box at the grid lines and left of it at the
+// magnitude steps (the grid step rule applied to the scale's magnitude range), and the axis
+// numbers and names (see AxisLabels.h). The tracing paper passes its own span and last time.
 void DrawAxes(Canvas& canvas, const PlotScale& scale, double span, double tMax);
 
 // The used points HJD/Mag 1..NumPts as discs in the given colour, with the scale.

@@ -2,9 +2,22 @@
 // Copyright (c) the Dipscope developers
 #include "plotting/PlotDataEntry.h"
 
+#include "plotting/frmPlotData.h"
+
 namespace dip {
 
-void ShowPlotData() {}
-void ClearAndHidePlotData() {}
+void ShowPlotData()
+{
+    frmPlotData& form = PlotDataWindow();
+    form.showForm();
+    form.PlotData();
+}
+
+void ClearAndHidePlotData()
+{
+    frmPlotData& form = PlotDataWindow();
+    form.cls();
+    form.hide();
+}
 
 } // namespace dip

@@ -10,6 +10,7 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -17,6 +18,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+
+#include <optional>
 
 namespace dip {
 
@@ -40,6 +43,7 @@ public:
         if (!image.isNull() && image.size().width() >= needed.width() && image.size().height() >= needed.height() &&
             image.devicePixelRatio() == dpr)
             return;
+        finish();
         // The picture only grows, as a form's persistent picture does, so a window made
         // smaller and larger again keeps what was drawn.
         QImage grown(needed.expandedTo(image.isNull() ? QSize(1, 1) : image.size()), QImage::Format_RGB32);
@@ -52,23 +56,49 @@ public:
         image = grown;
     }
 
-    QPainter* begin(QPainter& p)
+    // The painter on the picture, in twips and the current colour. It stays open between
+    // primitives, since opening one per line would cost more than the line; finish() closes it
+    // before the picture is shown, read or replaced.
+    QPainter& painter()
     {
-        ensureSize();
-        p.begin(&image);
-        // Twips to logical pixels; the image's device pixel ratio maps those onto the device.
-        p.scale(1.0 / TwipsPerPixel, 1.0 / TwipsPerPixel);
-        QPen pen(QColor(foreColor.r, foreColor.g, foreColor.b));
-        pen.setCosmetic(true);
-        pen.setWidthF(1.0);
-        p.setPen(pen);
-        p.setRenderHint(QPainter::Antialiasing, false);
-        return &p;
+        if (!m_painter.isActive()) {
+            ensureSize();
+            m_painter.begin(&image);
+            // Twips to logical pixels; the image's device pixel ratio maps those onto the device.
+            m_painter.scale(1.0 / TwipsPerPixel, 1.0 / TwipsPerPixel);
+            m_painter.setRenderHint(QPainter::Antialiasing, false);
+            m_penColour.reset();
+        }
+        if (!m_penColour || !(*m_penColour == foreColor)) {
+            QPen pen(QColor(foreColor.r, foreColor.g, foreColor.b));
+            pen.setCosmetic(true);
+            pen.setWidthF(1.0);
+            m_painter.setPen(pen);
+            m_penColour = foreColor;
+        }
+        return m_painter;
+    }
+
+    void finish()
+    {
+        if (m_painter.isActive())
+            m_painter.end();
+    }
+
+    // Asks for a repaint once for any number of primitives drawn before it comes.
+    void changed()
+    {
+        if (!m_repaintAsked) {
+            m_repaintAsked = true;
+            update();
+        }
     }
 
 protected:
     void paintEvent(QPaintEvent*) override
     {
+        m_repaintAsked = false;
+        finish();
         ensureSize();
         QPainter p(this);
         p.drawImage(QPointF(0, 0), image);
@@ -102,6 +132,9 @@ private:
         return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) | (m & Qt::AltModifier ? 4 : 0);
     }
     PlotWindow* m_form;
+    QPainter m_painter; // after image: ends before the picture goes
+    std::optional<Rgb> m_penColour;
+    bool m_repaintAsked = false;
 };
 
 PlotWindow::PlotWindow(int winPosLine, QWidget* parent)
@@ -191,55 +224,62 @@ void PlotWindow::closeEvent(QCloseEvent* event)
 
 void PlotWindow::cls()
 {
+    m_surface->finish();
     m_surface->ensureSize();
     m_surface->image.fill(Qt::white);
     m_surface->pen = QPointF(0, 0);
-    m_surface->update();
+    m_surface->changed();
 }
 
 void PlotWindow::setForeColor(Rgb colour) { m_surface->foreColor = colour; }
 
 void PlotWindow::line(double x1, double y1, double x2, double y2)
 {
-    QPainter p;
-    m_surface->begin(p)->drawLine(QPointF(x1, y1), QPointF(x2, y2));
-    p.end();
+    m_surface->painter().drawLine(QPointF(x1, y1), QPointF(x2, y2));
     m_surface->pen = QPointF(x2, y2);
-    m_surface->update();
+    m_surface->changed();
 }
 
 void PlotWindow::lineTo(double x, double y) { line(m_surface->pen.x(), m_surface->pen.y(), x, y); }
 
 void PlotWindow::pset(double x, double y)
 {
-    QPainter p;
-    m_surface->begin(p)->drawPoint(QPointF(x, y));
-    p.end();
+    m_surface->painter().drawPoint(QPointF(x, y));
     m_surface->pen = QPointF(x, y);
-    m_surface->update();
+    m_surface->changed();
 }
 
 void PlotWindow::circle(double x, double y, double radius)
 {
-    QPainter p;
-    m_surface->begin(p)->drawEllipse(QPointF(x, y), radius, radius);
-    p.end();
+    m_surface->painter().drawEllipse(QPointF(x, y), radius, radius);
     m_surface->pen = QPointF(x, y);
-    m_surface->update();
+    m_surface->changed();
 }
 
-void PlotWindow::text(double x, double y, const QString& text)
+void PlotWindow::text(double x, double y, const QString& text) { drawText(x, y, 0, text); }
+
+void PlotWindow::textUp(double x, double y, const QString& text) { drawText(x, y, -90, text); }
+
+void PlotWindow::drawText(double x, double y, double angle, const QString& text)
 {
-    QPainter p;
-    m_surface->begin(p);
+    QPainter& p = m_surface->painter();
     // Text is laid out in pixels so that the font keeps its size.
+    p.save();
     p.resetTransform();
     p.setFont(font());
-    const QPointF at = toPixels(x, y);
-    p.drawText(QRectF(at, QSizeF(4000, 200)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, text);
-    p.end();
-    m_surface->update();
+    p.translate(toPixels(x, y));
+    p.rotate(angle);
+    p.drawText(QRectF(QPointF(0, 0), QSizeF(4000, 200)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, text);
+    p.restore();
+    m_surface->changed();
 }
+
+double PlotWindow::textWidth(const QString& text) const
+{
+    return QFontMetricsF(font()).horizontalAdvance(text) * TwipsPerPixel;
+}
+
+double PlotWindow::textHeight() const { return QFontMetricsF(font()).height() * TwipsPerPixel; }
 
 double PlotWindow::formWidth() const { return m_surface->width() * TwipsPerPixel; }
 
@@ -294,6 +334,7 @@ void PlotWindow::moveControl(const QString& name, double left, double top)
 
 QImage PlotWindow::picture() const
 {
+    m_surface->finish();
     m_surface->ensureSize();
     return m_surface->image;
 }

@@ -51,6 +51,9 @@ public:
     void pset(double x, double y) override;
     void circle(double x, double y, double radius) override;
     void text(double x, double y, const QString& text) override;
+    void textUp(double x, double y, const QString& text) override;
+    double textWidth(const QString& text) const override;
+    double textHeight() const override;
     double formWidth() const override;
     double formHeight() const override;
 
@@ -112,6 +115,8 @@ private:
     friend class PlotSurface;
     void surfaceMouseDown(int button, int shift, const QPointF& pixels);
     void surfaceMouseMove(int button, int shift, const QPointF& pixels);
+    // Text with its top left corner at (x, y), turned by angle degrees (clockwise).
+    void drawText(double x, double y, double angle, const QString& text);
 
     int m_winPosLine;
     PlotSurface* m_surface;

@@ -125,6 +125,13 @@ struct Session {
     rt::Array<Integer, 0, 6> FirstTime;   // per-window first-time flags (1, 3, 4, 5 used)
     RangePick ParabolaPick;               // frmPlott1
     RangePick KweePick;                   // frmPlott4
+    // The parabolic fit's coefficients, kept for redrawing the curve, and its 101 samples.
+    double ParabA0 = 0, ParabB = 0, ParabC = 0, ParabSigB = 0, ParabSigC = 0;
+    rt::Array<double, 0, 100> FitCurveT;
+    rt::Array<double, 0, 100> FitCurveMag;
+    // Kwee and van Woerden's time grid; slots above the last fit's 2M keep older values.
+    ObsArray KweeGridT;
+    ObsArray KweeGridMag;
     ChordPick Chords;                     // frmPlott3
     FourierState Fourier;                 // frmPlott5
     ObsArray SmoothMag;                   // tracing paper

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
+#include "MeasureRun.h"
+
 #include "app/Measure.h"
 #include "support/TestSupport.h"
 
@@ -10,46 +12,11 @@
 #include <cstdio>
 
 using namespace dip;
+using dip::test::json;
+using dip::test::measure;
+using dip::test::Run;
 
 namespace {
-
-struct Run {
-    int code = 0;
-    QString out;
-    QString err;
-};
-
-QString readAll(std::FILE* f)
-{
-    std::rewind(f);
-    QByteArray bytes;
-    char buffer[4096];
-    std::size_t n = 0;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
-        bytes.append(buffer, static_cast<qsizetype>(n));
-    std::fclose(f);
-    return QString::fromUtf8(bytes);
-}
-
-Run measure(const QStringList& arguments)
-{
-    std::FILE* out = std::tmpfile();
-    std::FILE* err = std::tmpfile();
-    Run r;
-    r.code = RunMeasure(arguments, out, err);
-    r.out = readAll(out);
-    r.err = readAll(err);
-    return r;
-}
-
-QJsonObject json(const Run& r)
-{
-    QJsonParseError e;
-    const QJsonDocument doc = QJsonDocument::fromJson(r.out.toUtf8(), &e);
-    if (e.error != QJsonParseError::NoError)
-        qWarning("not JSON: %s", qPrintable(r.out));
-    return doc.object();
-}
 
 const QByteArray curve = "HJD,Mag\n0.1,10\n0.2,10.5\n0.3,11.5\n0.4,12\n0.5,11.4\n0.6,10.6\n0.7,10\n";
 

@@ -2,11 +2,17 @@
 // Copyright (c) the Dipscope developers
 #include "app/Replay.h"
 
+#include "methods/MethodReplay.h"
+#include "methods/chords/ChordsCommands.h"
+
 namespace dip {
 
-ReplayResult ReplayChords(const std::vector<double>&)
+ReplayResult ReplayChords(const std::vector<double>& clicks)
 {
-    return {};
+    FormMemory form;
+    ReplayOpeningAndClicks(form, {ChordsFormLoad, ChordsRedrawOverlays, ChordsMouseDown}, clicks);
+    const std::optional<ChordsResult> result = ChordsBisectClick(form);
+    return result ? PublishedResult(result->time, result->error) : ReplayResult{};
 }
 
 } // namespace dip

@@ -2,8 +2,15 @@
 // Copyright (c) the Dipscope developers
 #include "methods/MethodEntries.h"
 
+#include "methods/kwee/frmPlott4.h"
+
 namespace dip {
 
-void StartKwee() {}
+void StartKwee()
+{
+    frmPlott4& w = frmPlott4::form();
+    w.showForm();
+    w.redraw();
+}
 
 } // namespace dip

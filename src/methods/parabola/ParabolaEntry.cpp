@@ -2,8 +2,15 @@
 // Copyright (c) the Dipscope developers
 #include "methods/MethodEntries.h"
 
+#include "methods/parabola/frmPlott1.h"
+
 namespace dip {
 
-void StartParabola() {}
+void StartParabola()
+{
+    frmPlott1& w = frmPlott1::form();
+    w.showForm();
+    w.redraw();
+}
 
 } // namespace dip

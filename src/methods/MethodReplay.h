@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// The part of a replayed session that the range-picking methods share: the method button on
+// the window's first opening and the right-clicks at the given times.
+
+#include "app/Replay.h"
+#include "plotting/FormPort.h"
+#include "plotting/RangePicking.h"
+
+#include <vector>
+
+namespace dip {
+
+struct MethodProcedures {
+    void (*formLoad)(FormPort&);
+    void (*redrawOverlays)(FormPort&);
+    void (*mouseDown)(FormPort&, const Click&);
+};
+
+// The main-window button (RangeFirst = 1, RangeLast = NumPts), the window's load, its plot
+// (on a form that draws nothing: the plot box only) and what it redraws on it, then one
+// right-click per time, in order.
+void ReplayOpeningAndClicks(FormPort& form, const MethodProcedures& procedures, const std::vector<double>& clicks);
+
+// A published result: HJDOffset plus the method's time, and the error.
+ReplayResult PublishedResult(double time, double error);
+
+} // namespace dip

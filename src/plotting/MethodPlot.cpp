@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "plotting/MethodPlot.h"
+
+#include "plotting/PlotBox.h"
+#include "plotting/RangePicking.h"
+#include "session/Session.h"
+
+namespace dip {
+
+void DrawMethodPlot(FormPort& form)
+{
+    SetStandardPlotBox(form.formWidth(), form.formHeight());
+    if (!drawsOnScreen(form))
+        return;
+    form.cls();
+    const PlotScale scale = CurrentScale();
+    DrawAxes(form, scale, scale.tr, S().HJDMax);
+    DrawUsedPoints(form, scale, colours::red);
+}
+
+} // namespace dip

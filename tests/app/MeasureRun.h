@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// Runs the console tool in process and gives its exit code and both outputs.
+
+#include "app/Measure.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <cstdio>
+
+namespace dip::test {
+
+struct Run {
+    int code = 0;
+    QString out;
+    QString err;
+};
+
+inline QString readAll(std::FILE* f)
+{
+    std::rewind(f);
+    QByteArray bytes;
+    char buffer[4096];
+    std::size_t n = 0;
+    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
+        bytes.append(buffer, static_cast<qsizetype>(n));
+    std::fclose(f);
+    return QString::fromUtf8(bytes);
+}
+
+inline Run measure(const QStringList& arguments)
+{
+    std::FILE* out = std::tmpfile();
+    std::FILE* err = std::tmpfile();
+    Run r;
+    r.code = RunMeasure(arguments, out, err);
+    r.out = readAll(out);
+    r.err = readAll(err);
+    return r;
+}
+
+inline QJsonObject json(const Run& r)
+{
+    QJsonParseError e;
+    const QJsonDocument doc = QJsonDocument::fromJson(r.out.toUtf8(), &e);
+    if (e.error != QJsonParseError::NoError)
+        qWarning("not JSON: %s", qPrintable(r.out));
+    return doc.object();
+}
+
+} // namespace dip::test

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// A form that records what is drawn on it, with the colour of each line, circle and text, for
+// tests of drawing procedures without a window. The form size and the text extents are those
+// of FormMemory (9000 x 6000 twips, 105 twips a character, 210 a line). Every drawing call is
+// also kept in order in calls, strokes from the pen and set points included, for procedures
+// whose order matters (an erase before a marker, the strokes of a fitted curve).
+
+#include "plotting/FormPort.h"
+
+#include <QList>
+
+namespace dip::test {
+
+class CanvasRecorder : public FormMemory {
+public:
+    struct Line {
+        Rgb colour;
+        double x1, y1, x2, y2;
+    };
+    struct Circle {
+        Rgb colour;
+        double x, y, r;
+    };
+    struct Text {
+        QString text;
+        double left, top, right, bottom; // the area it covers
+        bool up;                         // reads upwards
+    };
+
+    enum class Op { Line, LineTo, PSet, Circle };
+    struct Call {
+        Op op;
+        Rgb colour;
+        double x1, y1, x2, y2; // a point: (x1, y1); a circle: centre and radius in x2
+    };
+
+    QList<Line> lines;
+    QList<Circle> circles;
+    QList<Text> texts;
+    QList<Call> calls;
+    int clears = 0;
+
+    void cls() override
+    {
+        ++clears;
+        lines.clear();
+        circles.clear();
+        texts.clear();
+        calls.clear();
+        m_penX = m_penY = 0;
+    }
+    void setForeColor(Rgb c) override { m_colour = c; }
+    void line(double x1, double y1, double x2, double y2) override
+    {
+        lines << Line{m_colour, x1, y1, x2, y2};
+        calls << Call{Op::Line, m_colour, x1, y1, x2, y2};
+        m_penX = x2;
+        m_penY = y2;
+    }
+    void lineTo(double x, double y) override
+    {
+        calls << Call{Op::LineTo, m_colour, m_penX, m_penY, x, y};
+        m_penX = x;
+        m_penY = y;
+    }
+    void pset(double x, double y) override
+    {
+        calls << Call{Op::PSet, m_colour, x, y, x, y};
+        m_penX = x;
+        m_penY = y;
+    }
+    void circle(double x, double y, double r) override
+    {
+        circles << Circle{m_colour, x, y, r};
+        calls << Call{Op::Circle, m_colour, x, y, r, r};
+    }
+    void text(double x, double y, const QString& t) override
+    {
+        texts << Text{t, x, y, x + textWidth(t), y + textHeight(), false};
+    }
+    void textUp(double x, double y, const QString& t) override
+    {
+        texts << Text{t, x, y - textWidth(t), x + textHeight(), y, true};
+    }
+
+    // The vertical lines drawn with line(), in order.
+    QList<Line> verticalLines() const
+    {
+        QList<Line> found;
+        for (const Line& l : lines)
+            if (l.x1 == l.x2)
+                found << l;
+        return found;
+    }
+
+    QList<Line> linesIn(Rgb colour) const
+    {
+        QList<Line> found;
+        for (const Line& l : lines)
+            if (l.colour == colour)
+                found << l;
+        return found;
+    }
+
+private:
+    Rgb m_colour;
+    double m_penX = 0;
+    double m_penY = 0;
+};
+
+} // namespace dip::test
