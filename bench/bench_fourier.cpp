@@ -74,7 +74,7 @@ int main()
     Session& s = S();
 
     FormMemory form;
-    FourierView view{form, [] {}};
+    FourierView view{form, [&form] { PlotFourierLightCurve(form); }};
     pressFourierButton(view);
 
     // Each run: Undo, the whole range picked again, the start values typed, "Update", and the
@@ -85,9 +85,8 @@ int main()
     long long evaluations = 0, harmonics = 0;
     for (int run = 0; run <= runs; ++run) {
         undoFourier(view);
-        const double left = s.HJDMin + 0.001, right = s.HJDMin + s.HJDRange - 0.001;
-        pickFourierEnd(view, 0, left, (left - s.HJDMin) / s.HJDRange);
-        pickFourierEnd(view, 0, right, (right - s.HJDMin) / s.HJDRange);
+        pickFourierEnd(view, Click::atTime(s.HJDMin + 0.001));
+        pickFourierEnd(view, Click::atTime(s.HJDMin + s.HJDRange - 0.001));
         for (int k = 1; k <= 8; ++k)
             form.setControlText(fourierText::boxName(k), startTexts[k - 1]);
         updateFourier(view);

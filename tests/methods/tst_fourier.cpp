@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "app/Measure.h"
+#include "app/MeasureRun.h"
 #include "app/Replay.h"
 #include "methods/fourier/FourierFit.h"
 #include "methods/marquardt/Marquardt.h"
@@ -9,14 +9,13 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
+#include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <random>
 #include <vector>
@@ -26,45 +25,19 @@ using namespace dip::test;
 
 namespace {
 
-struct Stroke {
-    Rgb colour;
-    double x1, y1, x2, y2;
-};
-
-// A form that keeps every stroke drawn on it since it was last cleared.
-class RecordingForm : public FormMemory {
-public:
-    void cls() override
-    {
-        strokes.clear();
-        ++clears;
-    }
-    void setForeColor(Rgb c) override { colour = c; }
-    void line(double x1, double y1, double x2, double y2) override
-    {
-        strokes.push_back({colour, x1, y1, x2, y2});
-        penX = x2;
-        penY = y2;
-    }
-    void lineTo(double x, double y) override { line(penX, penY, x, y); }
-    std::vector<Stroke> ofColour(Rgb c) const
-    {
-        std::vector<Stroke> out;
-        for (const Stroke& s : strokes)
-            if (s.colour == c)
-                out.push_back(s);
-        return out;
-    }
-
-    std::vector<Stroke> strokes;
-    int clears = 0;
-    Rgb colour;
-    double penX = 0, penY = 0;
-};
+// The strokes drawn in a colour (lines and lines from the pen), in order.
+QList<CanvasRecorder::Call> strokesIn(const CanvasRecorder& form, Rgb colour)
+{
+    QList<CanvasRecorder::Call> found;
+    for (const CanvasRecorder::Call& c : form.calls)
+        if ((c.op == CanvasRecorder::Op::Line || c.op == CanvasRecorder::Op::LineTo) && c.colour == colour)
+            found << c;
+    return found;
+}
 
 // The Fourier window with a plot box of 8000 x 4000 twips; its plot drawing only clears.
 struct Window {
-    RecordingForm form;
+    CanvasRecorder form;
     FourierView view{form, [this] { drawPlot(); }};
     int plots = 0;
 
@@ -84,11 +57,7 @@ struct Window {
     void open() { pressFourierButton(view); }
     double xOf(double t) const { return S().PlotLeft + S().PlotWidth * (t - S().HJDMin) / S().HJDRange; }
     // A right-click exactly at time t, at its place across the plot.
-    void pick(double t)
-    {
-        const double fraction = (t - S().HJDMin) / S().HJDRange;
-        pickFourierEnd(view, xOf(t), t, fraction);
-    }
+    void pick(double t) { pickFourierEnd(view, Click::atTime(t)); }
     void type(const QStringList& texts)
     {
         for (int k = 1; k <= 8; ++k)
@@ -304,8 +273,8 @@ void FourierTest::sideByEstimatedIndex()
     QCOMPARE(S().IdxMagMax, Integer(5));
     Window w;
     w.open();
-    const double t = S().HJDMin + S().HJDRange * fraction;
-    pickFourierEnd(w.view, w.xOf(t), t, fraction);
+    // A click of the window, where (X - PlotLeft) / PlotWidth is the fraction exactly.
+    fourierMouseDown(w.view, 2, S().PlotLeft + S().PlotWidth * fraction, (S().PlotTop + S().PlotBottom) / 2);
     const RangePick& r = S().Fourier.Range;
     QCOMPARE(r.RightSet == rt::True, right);
     QCOMPARE(r.LeftSet == rt::True, !right);
@@ -371,21 +340,21 @@ void FourierTest::oldMarkerPaintedOverInWhite()
     QVERIFY(load(dipCurve(truth, 41, 2451234.50, 2451234.64, 0.004, 1)));
     Window w;
     w.open();
-    w.form.strokes.clear();
+    w.form.calls.clear();
     w.pick(2451234.53);
     // Before any marker was drawn, the erasing line goes at x = 0.
-    QCOMPARE(w.form.strokes.size(), std::size_t(2));
-    QCOMPARE(w.form.strokes[0].colour, colours::white);
-    QCOMPARE(w.form.strokes[0].x1, 0.0);
-    QCOMPARE(w.form.strokes[1].colour, colours::purple);
-    const double first = w.xOf(2451234.53);
-    QCOMPARE(w.form.strokes[1].x1, first);
-    QCOMPARE(w.form.strokes[1].y1, S().PlotTop);
-    QCOMPARE(w.form.strokes[1].y2, S().PlotBottom);
+    QCOMPARE(w.form.calls.size(), qsizetype(2));
+    QCOMPARE(w.form.calls[0].colour, colours::white);
+    QCOMPARE(w.form.calls[0].x1, 0.0);
+    QCOMPARE(w.form.calls[1].colour, colours::purple);
+    const double first = Click::atTime(2451234.53).X;
+    QCOMPARE(w.form.calls[1].x1, first);
+    QCOMPARE(w.form.calls[1].y1, S().PlotTop);
+    QCOMPARE(w.form.calls[1].y2, S().PlotBottom);
     w.pick(2451234.54);
-    QCOMPARE(w.form.strokes[2].colour, colours::white);
-    QCOMPARE(w.form.strokes[2].x1, first);
-    QCOMPARE(w.form.strokes[3].x1, w.xOf(2451234.54));
+    QCOMPARE(w.form.calls[2].colour, colours::white);
+    QCOMPARE(w.form.calls[2].x1, first);
+    QCOMPARE(w.form.calls[3].x1, Click::atTime(2451234.54).X);
 }
 
 void FourierTest::updateWithoutRange()
@@ -459,13 +428,13 @@ void FourierTest::updateDrawsThickCurve()
         QCOMPARE(f.CurveT(i), s.HJD(first) + i * step);
         DIP_COMPARE_REL(f.CurveM(i), model(f.CurveT(i), typed), 1e-13);
     }
-    const auto blue = w.form.ofColour(colours::blue);
-    QCOMPARE(blue.size(), std::size_t(100 * 21));
+    const auto blue = strokesIn(w.form, colours::blue);
+    QCOMPARE(blue.size(), qsizetype(100 * 21));
     auto px = [&](double t) { return s.PlotLeft + s.PlotWidth * (t - s.HJDMin) / s.HJDRange; };
     auto py = [&](double m) { return s.PlotTop + s.PlotHeight * (m - s.MagMin) / s.MagRange; };
     for (int i = 1; i <= 100; ++i) {
         for (int d = -10; d <= 10; ++d) {
-            const Stroke& st = blue[static_cast<std::size_t>((i - 1) * 21 + (d + 10))];
+            const CanvasRecorder::Call& st = blue[(i - 1) * 21 + (d + 10)];
             DIP_COMPARE_REL(st.x1, px(f.CurveT(i - 1)), 1e-12);
             DIP_COMPARE_REL(st.x2, px(f.CurveT(i)), 1e-12);
             DIP_COMPARE_REL(st.y1, py(f.CurveM(i - 1)) + d, 1e-12);
@@ -480,13 +449,13 @@ void FourierTest::redrawIsThin()
     Window w;
     w.open();
     w.pickAndUpdate(nearStart, 2451234.53, 2451234.61);
-    const auto thick = w.form.ofColour(colours::blue);
+    const auto thick = strokesIn(w.form, colours::blue);
     redrawFourierWindow(w.view);
-    const auto thin = w.form.ofColour(colours::blue);
-    QCOMPARE(thin.size(), std::size_t(100));
+    const auto thin = strokesIn(w.form, colours::blue);
+    QCOMPARE(thin.size(), qsizetype(100));
     for (int i = 1; i <= 100; ++i) {
-        const Stroke& a = thin[static_cast<std::size_t>(i - 1)];
-        const Stroke& b = thick[static_cast<std::size_t>((i - 1) * 21 + 10)]; // the unshifted stroke
+        const CanvasRecorder::Call& a = thin[i - 1];
+        const CanvasRecorder::Call& b = thick[(i - 1) * 21 + 10]; // the unshifted stroke
         QCOMPARE(a.x1, b.x1);
         QCOMPARE(a.y1, b.y1);
         QCOMPARE(a.x2, b.x2);
@@ -550,7 +519,7 @@ void FourierTest::fitPublishesAndRewritesBoxes()
         QCOMPARE(f.FitAUndo(j), start(j));
     // The fit lands near the true time, and the thick fitted curve is drawn.
     QVERIFY(std::abs(f.FourierPar(1) - truth.v[1]) < 1e-3);
-    QCOMPARE(w.form.ofColour(colours::blue).size(), std::size_t(2 * 100 * 21));
+    QCOMPARE(strokesIn(w.form, colours::blue).size(), qsizetype(2 * 100 * 21));
 }
 
 void FourierTest::loopStopsAtFirstSmallGain()
@@ -648,7 +617,7 @@ void FourierTest::secondFitClickChangesNothing()
     const QString time = mainForm().text(5), error = mainForm().text(11);
     const auto par = S().Fourier.FourierPar;
     const int plots = w.plots;
-    const std::size_t strokes = w.form.strokes.size();
+    const qsizetype strokes = w.form.calls.size();
     w.type({"1", "2", "3", "4", "5", "6", "7", "8"});
     const long long evaluations = marquardtCounts().evaluations;
     MessageRecorder messages;
@@ -662,7 +631,7 @@ void FourierTest::secondFitClickChangesNothing()
         QCOMPARE(S().Fourier.FourierPar(k), par(k));
     QCOMPARE(w.box(1), QStringLiteral("1"));
     QCOMPARE(w.plots, plots);
-    QCOMPARE(w.form.strokes.size(), strokes);
+    QCOMPARE(w.form.calls.size(), strokes);
 }
 
 void FourierTest::undoRestoresAndRangeMustBePickedAgain()
@@ -691,7 +660,7 @@ void FourierTest::undoRestoresAndRangeMustBePickedAgain()
     QVERIFY(w.form.controlText(QStringLiteral("Label8")).isEmpty());
     QVERIFY(w.form.controlText(QStringLiteral("Label10")).isEmpty());
     QCOMPARE(w.plots, plots + 1);
-    QVERIFY(w.form.ofColour(colours::blue).empty());
+    QVERIFY(strokesIn(w.form, colours::blue).empty());
     QVERIFY(mainForm().text(5).isEmpty());
     QVERIFY(mainForm().text(11).isEmpty());
     QVERIFY(mainForm().checked(5));
@@ -732,23 +701,23 @@ void FourierTest::methodButtonRedrawsMarkersAndCurve()
     QVERIFY(load(noisyDip()));
     Window w;
     w.open();
-    QVERIFY(w.form.ofColour(colours::purple).empty());
+    QVERIFY(strokesIn(w.form, colours::purple).empty());
     w.pick(2451234.51);
     w.pick(2451234.63);
     w.open();
-    auto purple = w.form.ofColour(colours::purple);
-    QCOMPARE(purple.size(), std::size_t(2));
+    auto purple = strokesIn(w.form, colours::purple);
+    QCOMPARE(purple.size(), qsizetype(2));
     QCOMPARE(purple[0].x1, w.xOf(2451234.51));
     QCOMPARE(purple[1].x1, w.xOf(2451234.63));
     QCOMPARE(S().Fourier.Range.LeftMarkX, w.xOf(2451234.51));
-    QVERIFY(w.form.ofColour(colours::blue).empty());
+    QVERIFY(strokesIn(w.form, colours::blue).empty());
 
     w.type(nearStart);
     updateFourier(w.view);
     fitFourier(w.view);
     w.open();
-    QCOMPARE(w.form.ofColour(colours::purple).size(), std::size_t(2));
-    QCOMPARE(w.form.ofColour(colours::blue).size(), std::size_t(100));
+    QCOMPARE(strokesIn(w.form, colours::purple).size(), qsizetype(2));
+    QCOMPARE(strokesIn(w.form, colours::blue).size(), qsizetype(100));
 }
 
 void FourierTest::parEditedFlags()
@@ -835,22 +804,10 @@ void FourierTest::consoleToolPrintsTheBoxes()
 {
     DataFolder folder;
     const QString file = folder.write(QStringLiteral("dip.csv"), csv(noisyDip()));
-    std::FILE* out = std::tmpfile();
-    std::FILE* err = std::tmpfile();
-    const int code = RunMeasure({file, QStringLiteral("--json"), QStringLiteral("--fourier=2451234.51,2451234.63"),
-                                 QStringLiteral("--fourier-start=") + nearStart.join(QLatin1Char(','))},
-                                out, err);
-    QCOMPARE(code, 0);
-    std::rewind(out);
-    QByteArray bytes;
-    char buffer[4096];
-    std::size_t n = 0;
-    while ((n = std::fread(buffer, 1, sizeof buffer, out)) > 0)
-        bytes.append(buffer, static_cast<qsizetype>(n));
-    std::fclose(out);
-    std::fclose(err);
-    const QJsonArray results = QJsonDocument::fromJson(bytes).object().value(QStringLiteral("results")).toArray();
-    const QJsonObject row = results.at(0).toObject();
+    const Run run = measure({file, QStringLiteral("--json"), QStringLiteral("--fourier=2451234.51,2451234.63"),
+                             QStringLiteral("--fourier-start=") + nearStart.join(QLatin1Char(','))});
+    QCOMPARE(run.code, 0);
+    const QJsonObject row = json(run).value(QStringLiteral("results")).toArray().at(0).toObject();
     QCOMPARE(row.value(QStringLiteral("method")).toInt(), 5);
     const QJsonArray boxes = row.value(QStringLiteral("boxes")).toArray();
     QCOMPARE(boxes.size(), 8);

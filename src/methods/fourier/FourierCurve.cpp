@@ -4,6 +4,7 @@
 
 #include "methods/marquardt/Marquardt.h"
 #include "plotting/PlotBox.h"
+#include "plotting/RangePicking.h"
 #include "runtime/Numeric.h"
 #include "session/Session.h"
 
@@ -12,9 +13,11 @@ namespace dip {
 void PlotFourierLightCurve(FormPort& form)
 {
     const Session& s = S();
-    form.cls();
     SetPlotBox(FourierPlotLeft, form.formWidth() - FourierRightMargin, FourierPlotTop,
                form.formHeight() - FourierBottomMargin);
+    if (!drawsOnScreen(form))
+        return;
+    form.cls();
     DrawAxes(form, CurrentScale(), s.HJDRange, s.HJDMax);
     DrawUsedPoints(form, CurrentScale(), colours::red);
 }
@@ -37,6 +40,8 @@ void DrawFourierCurve(FormPort& form)
     }
 
     // Thick: every segment drawn 21 times, shifted vertically by -10 .. +10 twips.
+    if (!drawsOnScreen(form))
+        return;
     const PlotScale scale = CurrentScale();
     form.setForeColor(colours::blue);
     double x0 = PlotX(scale, f.CurveT(0));
@@ -53,6 +58,8 @@ void DrawFourierCurve(FormPort& form)
 
 void RedrawFourierCurve(FormPort& form)
 {
+    if (!drawsOnScreen(form))
+        return;
     const FourierState& f = S().Fourier;
     const PlotScale scale = CurrentScale();
     form.setForeColor(colours::blue);

@@ -47,22 +47,15 @@ void writeBoxes(FormPort& form, rt::Integer width)
         form.setControlText(boxName(k), FormatFixed(f.FourierPar(k), width, 5));
 }
 
-void drawMarkerAt(FormPort& form, double x)
-{
-    const Session& s = S();
-    form.setForeColor(colours::purple);
-    form.line(x, s.PlotTop, x, s.PlotBottom);
-}
-
 // The markers follow the scale of the plot they are drawn on: their x comes from the
 // remembered end times.
 void redrawMarkers(FormPort& form)
 {
     RangePick& r = S().Fourier.Range;
-    r.LeftMarkX = PlotX(CurrentScale(), r.LeftHJD);
-    drawMarkerAt(form, r.LeftMarkX);
-    r.RightMarkX = PlotX(CurrentScale(), r.RightHJD);
-    drawMarkerAt(form, r.RightMarkX);
+    r.LeftMarkX = markerX(r.LeftHJD);
+    drawMarker(form, r.LeftMarkX);
+    r.RightMarkX = markerX(r.RightHJD);
+    drawMarker(form, r.RightMarkX);
 }
 
 // The boxes are in the order Xo, C, W, A1..A5; the solver's vector in the order A1..A5, C, W, Xo.

@@ -10,6 +10,7 @@
 // console tool runs exactly the same code with a FormMemory. The state is S().Fourier.
 
 #include "plotting/FormPort.h"
+#include "plotting/RangePicking.h"
 #include "runtime/Array.h"
 
 #include <QString>
@@ -59,11 +60,11 @@ void pressFourierButton(FourierView& view);
 // Form_MouseDown: a right-click (button 2) inside the plot box picks an end of the range.
 void fourierMouseDown(FourierView& view, int button, double x, double y);
 
-// The pick itself, for a click at form x whose time is clickHJD and whose place across the
-// plot box is fraction = (x - PlotLeft) / PlotWidth. The end is chosen by the point index
-// estimated under the click, RangeFirst + (RangeLast - RangeFirst) * fraction rounded halves
-// to even, against IdxMagMax: at or after the deepest point it is the right end.
-void pickFourierEnd(FourierView& view, double x, double clickHJD, double fraction);
+// The pick itself: a click of the window (its position, single precision) or of the console
+// tool (its exact time). The end is chosen by the point index estimated under the click,
+// RangeFirst + (RangeLast - RangeFirst) * ((X - PlotLeft) / PlotWidth) rounded halves to even,
+// against IdxMagMax: at or after the deepest point it is the right end.
+void pickFourierEnd(FourierView& view, const Click& click);
 
 // Text1_Change(index): the box has been edited.
 void fourierParEdited(int index);

@@ -2,7 +2,6 @@
 // Copyright (c) the Dipscope developers
 #include "methods/fourier/FourierFit.h"
 
-#include "plotting/PlotBox.h"
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
 #include "session/Session.h"
@@ -11,77 +10,54 @@ namespace dip {
 
 using namespace fourierText;
 
-namespace {
-
-// The old marker of an end is painted over in white (even before any was drawn, at x = 0;
-// whatever the line crosses is not redrawn), the new one drawn in purple at x.
-void moveMarker(FormPort& form, double& markX, double x)
-{
-    const Session& s = S();
-    form.setForeColor(colours::white);
-    form.line(markX, s.PlotTop, markX, s.PlotBottom);
-    form.setForeColor(colours::purple);
-    form.line(x, s.PlotTop, x, s.PlotBottom);
-    markX = x;
-}
-
-} // namespace
-
 void fourierMouseDown(FourierView& view, int button, double x, double y)
 {
-    Session& s = S();
-    // The edges of the box count as inside.
-    if (x < s.PlotLeft || x > s.PlotRight || y < s.PlotTop || y > s.PlotBottom)
-        return;
-    if (button != 2) {
-        RangePick& r = s.Fourier.Range;
-        r.RangeSet = r.LeftSet & r.RightSet;
-        return;
-    }
-    const double fraction = rt::div(x - s.PlotLeft, s.PlotWidth);
-    const double clickHJD = PlotTimeAt(CurrentScale(), x);
-    pickFourierEnd(view, x, clickHJD, fraction);
+    pickFourierEnd(view, Click::atTwips(x, y, rt::Integer(button)));
 }
 
-void pickFourierEnd(FourierView& view, double x, double clickHJD, double fraction)
+void pickFourierEnd(FourierView& view, const Click& click)
 {
     Session& s = S();
     RangePick& r = s.Fourier.Range;
     FormPort& form = view.form;
-
-    // The side is decided by where the click falls, not by the order of the clicks: the
-    // point index under it, estimated from its place across the plot, against the deepest
-    // point.
-    const Integer estimate = rt::CInt(s.RangeFirst + rt::i16(s.RangeLast - s.RangeFirst) * fraction);
-    const bool rightEnd = estimate >= s.IdxMagMax;
-
-    if (!rightEnd) {
-        moveMarker(form, r.LeftMarkX, x);
-        // The first point after the click; when there is none the index stays as it was.
-        for (int i = 1; i <= s.NumPts; ++i) {
-            if (s.HJD(i) > clickHJD) {
-                r.LeftIdx = rt::i16(i);
-                break;
-            }
+    if (!clickInsideBox(click))
+        return;
+    if (click.Button == RightButton) {
+        const double t = clickTime(click, ClickTimeForm::GroupedFraction);
+        // The side is decided by where the click falls, not by the order of the clicks: the
+        // point index under it, estimated from its place across the plot, against the deepest
+        // point. A replayed click at time t lies at (t - HJDMin) / HJDRange across the box.
+        const double fraction = click.exactTime ? rt::div(t - s.HJDMin, s.HJDRange)
+                                                : rt::div(click.X - s.PlotLeft, s.PlotWidth);
+        const Integer estimate = rt::CInt(s.RangeFirst + rt::i16(s.RangeLast - s.RangeFirst) * fraction);
+        if (estimate < s.IdxMagMax) {
+            // The old marker is painted over in white, even before any was drawn (at x = 0).
+            drawMarker(form, r.LeftMarkX, colours::white);
+            // The first point after the click; when there is none the index stays as it was.
+            const Integer i = searchFirstAfter(t);
+            if (i <= s.NumPts)
+                r.LeftIdx = i;
+            drawMarker(form, click.X);
+            r.LeftMarkX = click.X;
+            r.LeftHJD = t;
+            r.LeftSet = rt::True;
+            form.setControlText(leftIndexLabel(), rt::Str(r.LeftIdx));
+            form.setCaption(leftPickedPrompt());
+        } else {
+            drawMarker(form, r.RightMarkX, colours::white);
+            // The last point before the click.
+            const Integer i = searchLastBefore(t);
+            if (i >= 1)
+                r.RightIdx = i;
+            drawMarker(form, click.X);
+            r.RightMarkX = click.X;
+            r.RightHJD = t;
+            r.RightSet = rt::True;
+            form.setControlText(rightIndexLabel(), rt::Str(r.RightIdx));
+            form.setCaption(rightPickedPrompt());
         }
-        r.LeftHJD = clickHJD;
-        r.LeftSet = rt::True;
-        form.setControlText(leftIndexLabel(), rt::Str(r.LeftIdx));
-        form.setCaption(leftPickedPrompt());
-    } else {
-        moveMarker(form, r.RightMarkX, x);
-        // The last point before the click.
-        for (int i = s.NumPts; i >= 1; --i) {
-            if (s.HJD(i) < clickHJD) {
-                r.RightIdx = rt::i16(i);
-                break;
-            }
-        }
-        r.RightHJD = clickHJD;
-        r.RightSet = rt::True;
-        form.setControlText(rightIndexLabel(), rt::Str(r.RightIdx));
-        form.setCaption(rightPickedPrompt());
     }
+    // For any button, as long as the click was inside the plot box.
     r.RangeSet = r.LeftSet & r.RightSet;
 }
 

@@ -2,7 +2,6 @@
 // Copyright (c) the Dipscope developers
 #include "app/Replay.h"
 #include "methods/fourier/FourierFit.h"
-#include "runtime/Numeric.h"
 #include "session/Session.h"
 
 namespace dip {
@@ -14,18 +13,15 @@ ReplayResult ReplayFourier(const std::vector<double>& clicks, const std::optiona
     if (s.DataName.isEmpty())
         return result;
 
-    // "5. Fourier Fit" opening the window for the first time. The tool draws nothing.
+    // "5. Fourier Fit" opening the window for the first time. The tool draws nothing; its form
+    // only gets the plot box.
     FormMemory form;
-    FourierView view{form, [] {}};
+    FourierView view{form, [&form] { PlotFourierLightCurve(form); }};
     pressFourierButton(view);
 
     // A right-click at time t: exactly t, at (t - HJDMin) / HJDRange across the plot box.
-    for (const double t : clicks) {
-        if (t < s.HJDMin || t > s.HJDMin + s.HJDRange)
-            continue;
-        const double fraction = rt::div(t - s.HJDMin, s.HJDRange);
-        pickFourierEnd(view, s.PlotLeft + s.PlotWidth * fraction, t, fraction);
-    }
+    for (const double t : clicks)
+        pickFourierEnd(view, Click::atTime(t));
 
     if (start) {
         for (int k = 1; k <= 8; ++k)

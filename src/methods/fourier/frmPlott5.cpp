@@ -2,8 +2,6 @@
 // Copyright (c) the Dipscope developers
 #include "methods/fourier/frmPlott5.h"
 
-#include "session/Session.h"
-
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -133,12 +131,9 @@ void frmPlott5::Form_MouseDown(int button, int, double x, double y)
     fourierMouseDown(m_view, button, x, y);
 }
 
-// The cross-hair strictly inside the plot box, the arrow elsewhere.
 void frmPlott5::Form_MouseMove(int, int, double x, double y)
 {
-    const Session& s = S();
-    const bool inside = x > s.PlotLeft && x < s.PlotRight && y > s.PlotTop && y < s.PlotBottom;
-    setMousePointer(inside ? 2 : 1);
+    setMousePointer(int(pointerAt(x, y)));
 }
 
 void frmPlott5::changeEvent(QEvent* event)
