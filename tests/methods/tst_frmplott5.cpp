@@ -62,6 +62,7 @@ private Q_SLOTS:
     void resizeStoresPlacementAndRedrawsThin();
     void doneAndExitHide();
     void reopenRedrawsMarkersAndCurve();
+    void focusChangesRedraw();
 
 private:
     frmPlott5* m_form = nullptr;
@@ -357,6 +358,30 @@ void FrmPlott5Test::reopenRedrawsMarkersAndCurve()
     // The caption and the boxes stay as the fit left them.
     QCOMPARE(m_form->windowTitle(), QStringLiteral("Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."));
     QCOMPARE(m_form->Text1(3)->text(), FormatFixed(f.FourierPar(3), 9, 5));
+}
+
+void FrmPlott5Test::focusChangesRedraw()
+{
+    openAndPick();
+    click(m_form->Command1());
+    click(m_form->Command4());
+    StartFourier();
+    // Being shown is no change of focus: the markers the button drew stay.
+    m_form->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_form));
+    const RangePick& r = S().Fourier.Range;
+    QVERIFY(colourNear(*m_form, r.LeftMarkX, S().PlotTop + 300, colours::purple));
+    click(m_form->Command1());
+    const int thick = countPixels(m_form->picture(), colours::blue);
+
+    // Another window takes the focus: the plot and the stored curve, thin, without markers.
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    QTRY_VERIFY(countPixels(m_form->picture(), colours::blue) < thick);
+    QVERIFY(countPixels(m_form->picture(), colours::blue) > 0);
+    QVERIFY(!colourNear(*m_form, r.LeftMarkX, S().PlotTop + 300, colours::purple));
 }
 
 QTEST_MAIN(FrmPlott5Test)

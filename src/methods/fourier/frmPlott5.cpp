@@ -136,15 +136,30 @@ void frmPlott5::Form_MouseMove(int, int, double x, double y)
     setMousePointer(int(pointerAt(x, y)));
 }
 
+// The window taking or losing the focus redraws. The activation that comes with showing the
+// window is not a change of focus of its own: the method button has just drawn the plot with
+// the range markers, and they stay.
 void frmPlott5::changeEvent(QEvent* event)
 {
     PlotWindow::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isLoaded() && isVisible()) {
-        if (isActiveWindow())
-            Form_GotFocus();
-        else
-            Form_LostFocus();
+    if (event->type() != QEvent::ActivationChange || !isLoaded() || !isVisible())
+        return;
+    if (isActiveWindow()) {
+        if (m_activatedByShow) {
+            m_activatedByShow = false;
+            return;
+        }
+        Form_GotFocus();
+    } else {
+        m_activatedByShow = false;
+        Form_LostFocus();
     }
+}
+
+void frmPlott5::showEvent(QShowEvent* event)
+{
+    PlotWindow::showEvent(event);
+    m_activatedByShow = !isActiveWindow();
 }
 
 void frmPlott5::Text1_Change(int index)

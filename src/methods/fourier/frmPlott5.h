@@ -51,6 +51,7 @@ protected:
     void Form_MouseDown(int button, int shift, double x, double y) override;
     void Form_MouseMove(int button, int shift, double x, double y) override;
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     frmPlott5();
@@ -61,6 +62,8 @@ private:
     FourierView m_view;
     // Text1_Change is suppressed while the window loads.
     bool m_suppressChange = false;
+    // The next activation is the one that showing the window brings.
+    bool m_activatedByShow = false;
     std::array<QLabel*, 9> m_captions{};   // Label11..Label18 at 1..8
     std::array<QLineEdit*, 9> m_text1{};   // Text1(1..8)
     QLabel* m_label7;
