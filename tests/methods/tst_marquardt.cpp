@@ -7,6 +7,8 @@
 #include <cmath>
 #include <random>
 
+Q_DECLARE_METATYPE(dip::ParVector)
+
 using namespace dip;
 using namespace dip::test;
 
@@ -198,6 +200,8 @@ private Q_SLOTS:
     void coefficientsAsPlainLoops();
     void coefficientsAfterNewTimes();
     void coefficientsPointBeyond1000();
+    void overflowRaises_data();
+    void overflowRaises();
     void startSetsDampingBeforeTheFirstTrial();
     void dampingAfterAcceptedTrial();
     void dampingAfterRejectedTrial();
@@ -329,6 +333,25 @@ void MarquardtTest::coefficientsPointBeyond1000()
     double chisq = 0;
     const ParList lista = inOrder();
     DIP_EXPECT_RUNTIME_ERROR(MarquardtCoefficients(p.x, p.y, p.sig, 1001, truthA, 8, lista, 8, alpha, beta, 8, chisq), 9);
+}
+
+void MarquardtTest::overflowRaises_data()
+{
+    QTest::addColumn<ParVector>("a");
+    QTest::newRow("W (x - Xo) too large") << parameters(0.3, 0.1, 0, 0, 0, 12, 1e308, 2451230);
+    QTest::newRow("amplitude too large") << parameters(1e308, 1e308, 0, 0, 0, 12, 30, 2451234.5);
+    QTest::newRow("chi-square too large") << parameters(0.3, 0.1, 0, 0, 0, 1e160, 30, 2451234.5);
+}
+
+void MarquardtTest::overflowRaises()
+{
+    // A value too large for a double ends the computation with "Overflow", never inf or NaN.
+    QFETCH(ParVector, a);
+    Problem p = curve(truthA, 20, 2451234.45, 2451234.69, 0, 1);
+    ParMatrix alpha, beta;
+    double chisq = 0;
+    const ParList lista = inOrder();
+    DIP_EXPECT_RUNTIME_ERROR(MarquardtCoefficients(p.x, p.y, p.sig, p.n, a, 8, lista, 8, alpha, beta, 8, chisq), 6);
 }
 
 void MarquardtTest::startSetsDampingBeforeTheFirstTrial()
