@@ -30,7 +30,7 @@ bench: build
 	@for b in $(RELEASE)/bench/bench_*; do [ -x "$$b" ] && QT_QPA_PLATFORM=offscreen "$$b"; done; true
 
 docs: build
-	QT_QPA_PLATFORM=offscreen $(RELEASE)/src/app/dipscope-screenshot docs/main-window.png
+	QT_QPA_PLATFORM=offscreen $(RELEASE)/src/app/dipscope-screenshot docs/main-window.png --windows docs
 
 clean:
 	rm -rf build
