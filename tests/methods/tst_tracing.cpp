@@ -9,6 +9,7 @@
 #include "session/Procedures.h"
 #include "session/Session.h"
 #include "methods/TracingCurves.h"
+#include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
 #include <cmath>
@@ -20,54 +21,7 @@ using dip::test::tenPoints;
 namespace {
 
 // The window in memory, recording what is drawn.
-class RecordingWindow : public TracingPaperMemory {
-public:
-    struct Line {
-        Rgb colour;
-        double x1, y1, x2, y2;
-    };
-    struct Dot {
-        Rgb colour;
-        double x, y;
-    };
-    QList<Line> lines;
-    QList<Dot> dots; // circles of radius 15: the outer ring of a point's disc
-    int clears = 0;
-
-    void cls() override
-    {
-        ++clears;
-        lines.clear();
-        dots.clear();
-    }
-    void setForeColor(Rgb c) override { m_colour = c; }
-    void line(double x1, double y1, double x2, double y2) override { lines << Line{m_colour, x1, y1, x2, y2}; }
-    void circle(double x, double y, double r) override
-    {
-        if (r == 15)
-            dots << Dot{m_colour, x, y};
-    }
-
-    QList<Dot> dotsIn(Rgb c) const
-    {
-        QList<Dot> out;
-        for (const Dot& d : dots)
-            if (d.colour == c)
-                out << d;
-        return out;
-    }
-    QList<Line> linesIn(Rgb c) const
-    {
-        QList<Line> out;
-        for (const Line& l : lines)
-            if (l.colour == c)
-                out << l;
-        return out;
-    }
-
-private:
-    Rgb m_colour;
-};
+using RecordingWindow = test::CanvasRecorderOn<TracingPaperMemory>;
 
 // n points 0.01 apart with a ragged dip, deepest after the first point, for the running means.
 QByteArray raggedPoints(int n)

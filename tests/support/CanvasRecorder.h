@@ -6,7 +6,8 @@
 // tests of drawing procedures without a window. The form size and the text extents are those
 // of FormMemory (9000 x 6000 twips, 105 twips a character, 210 a line). Every drawing call is
 // also kept in order in calls, strokes from the pen and set points included, for procedures
-// whose order matters (an erase before a marker, the strokes of a fitted curve).
+// whose order matters (an erase before a marker, the strokes of a fitted curve). A window in
+// memory with more than FormMemory's texts records the same way through CanvasRecorderOn.
 
 #include "plotting/FormPort.h"
 
@@ -14,8 +15,12 @@
 
 namespace dip::test {
 
-class CanvasRecorder : public FormMemory {
+template <typename Form>
+class CanvasRecorderOn : public Form {
 public:
+    using Form::textHeight;
+    using Form::textWidth;
+
     struct Line {
         Rgb colour;
         double x1, y1, x2, y2;
@@ -105,10 +110,22 @@ public:
         return found;
     }
 
+    // The points' discs in a colour, each found by its outer circle (radius 15).
+    QList<Circle> dotsIn(Rgb colour) const
+    {
+        QList<Circle> found;
+        for (const Circle& c : circles)
+            if (c.colour == colour && c.r == 15)
+                found << c;
+        return found;
+    }
+
 private:
     Rgb m_colour;
     double m_penX = 0;
     double m_penY = 0;
 };
+
+using CanvasRecorder = CanvasRecorderOn<FormMemory>;
 
 } // namespace dip::test
