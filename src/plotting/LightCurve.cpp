@@ -32,8 +32,8 @@ rt::Integer PickNearestPoint(double x, double y)
     Session& s = S();
     // The mouse reports single-precision form coordinates; the inverse of the drawing
     // transform, evaluated as range x offset / extent.
-    const double fx = static_cast<float>(x);
-    const double fy = static_cast<float>(y);
+    const double fx = rt::Single(x);
+    const double fy = rt::Single(y);
     const double hx = s.FullHJDMin + rt::div(rt::fin(s.FullHJDRange * (fx - s.PlotLeft)), s.PlotWidth);
     const double my = s.FullMagMin + rt::div(rt::fin(s.FullMagRange * (fy - s.PlotTop)), s.PlotHeight);
     double best = 9999;

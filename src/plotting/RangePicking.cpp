@@ -15,8 +15,8 @@ Click Click::atTwips(double x, double y, Integer button)
 {
     // The mouse position arrives in single precision.
     Click c;
-    c.X = static_cast<float>(x);
-    c.Y = static_cast<float>(y);
+    c.X = rt::Single(x);
+    c.Y = rt::Single(y);
     c.Button = button;
     return c;
 }

@@ -44,6 +44,12 @@ Integer CInt(double x)
     return static_cast<Integer>(r);
 }
 
+double Single(double x)
+{
+    volatile float single = static_cast<float>(x);
+    return single;
+}
+
 double pow(double x, double y)
 {
     if (x == 0.0 && y < 0.0)

@@ -23,6 +23,9 @@ int Sgn(double x);
 // The conversion of a number to a 16-bit integer: rounded to the nearest, halves to even
 // (2.5 gives 2, 3.5 gives 4); out of range raises "Overflow" (6).
 Integer CInt(double x);
+// A value held in single precision, as mouse positions arrive: x rounded to the nearest float.
+// Kept out of line and through a volatile so that no optimisation folds the round trip away.
+double Single(double x);
 // Powers as the runtime's ^ operator computes them.
 double pow(double x, double y);
 

@@ -3,6 +3,7 @@
 
 #include "plotting/PlotBox.h"
 #include "plotting/RangePicking.h"
+#include "runtime/Numeric.h"
 #include "session/LoadDataFile.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
@@ -230,9 +231,11 @@ private Q_SLOTS:
         RangePick& pick = pickNamed(style);
         CanvasRecorder form;
         RangePicker picker(pick, form, styleNamed(style));
-        const double x1 = xAt(11.1), x2 = xAt(11.3);
-        picker.mouseDown(Click::atTwips(x1, yMid(), 2));
-        picker.mouseDown(Click::atTwips(x2, yMid(), 2));
+        // The mouse positions arrive in single precision, and the markers are drawn there.
+        const double x1 = rt::Single(xAt(11.1)), x2 = rt::Single(xAt(11.3));
+        picker.mouseDown(Click::atTwips(xAt(11.1), yMid(), 2));
+        picker.mouseDown(Click::atTwips(xAt(11.3), yMid(), 2));
+        QVERIFY(x1 != xAt(11.1));
         const auto lines = form.verticalLines();
         QCOMPARE(lines.size(), qsizetype(4));
         // The first erase paints at x = 0, where no marker was drawn yet.

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void division();
     void squareRoot();
     void intFixSgn();
+    void singlePrecision();
     void cintHalvesToEven_data();
     void cintHalvesToEven();
     void numText_data();
@@ -134,6 +135,22 @@ void RuntimeTest::intFixSgn()
     QCOMPARE(rt::Sgn(-0.1), -1);
     QCOMPARE(rt::Sgn(0), 0);
     QCOMPARE(rt::Sgn(3), 1);
+}
+
+namespace {
+struct Position {
+    double x, y;
+};
+// Two round trips side by side: the shape an optimiser once folded away.
+Position singlePosition(double x, double y) { return {rt::Single(x), rt::Single(y)}; }
+} // namespace
+
+void RuntimeTest::singlePrecision()
+{
+    const Position p = singlePosition(6799.0789473684163, 1.1);
+    QCOMPARE(p.x, 6799.0791015625);
+    QCOMPARE(p.y, double(1.1f));
+    QCOMPARE(rt::Single(0.5), 0.5);
 }
 
 void RuntimeTest::cintHalvesToEven_data()
