@@ -34,7 +34,9 @@ int main()
     double ms = bench::medianMs(runs, [&] { ok = ok && ReplayParabola({0.2995, 0.7005}).published; });
     bench::report(QStringLiteral("parabola, 1000 points"), ms, runs);
     // The dip, 0.4 to 0.6: 500 points, a grid of 900 (the grid must fit 0..1000).
-    ms = bench::medianMs(runs, [&] { ok = ok && ReplayKwee({0.4, 0.6}, QStringLiteral("1"), QStringLiteral(".9")).published; });
+    ms = bench::medianMs(runs, [&] {
+        ok = ok && ReplayKwee({0.4, 0.6}, QStringLiteral("1"), QStringLiteral(".9")).published;
+    });
     bench::report(QStringLiteral("Kwee and van Woerden, 500 of 1000 points"), ms, runs);
     // Both branches inside the dip (the partners must be fainter than the baseline), 350
     // points, each partner searched over the whole curve.

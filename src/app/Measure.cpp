@@ -236,7 +236,8 @@ void printTable(std::FILE* out, const std::vector<Row>& rows)
     t += form.title() + QLatin1Char('\n');
     t += QStringLiteral("%1%2\n").arg(QStringLiteral("Original # data points"), -30).arg(form.origCountLabel());
     t += QStringLiteral("%1%2\n").arg(QStringLiteral("Edited # data points"), -30).arg(form.editedCountLabel());
-    t += QStringLiteral("%1\n\n").arg(form.magOption() == 1 ? QStringLiteral("-Mags (inverted)") : QStringLiteral("+Mags"));
+    t += QStringLiteral("%1\n\n").arg(form.magOption() == 1 ? QStringLiteral("-Mags (inverted)")
+                                                            : QStringLiteral("+Mags"));
     t += QStringLiteral("%1%2%3%4\n")
              .arg(QString(), -30)
              .arg(QStringLiteral("Time of Minimum"), -18)

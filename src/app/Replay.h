@@ -18,7 +18,7 @@ struct ReplayResult {
     bool published = false; // the method wrote a result row
     double time = 0;        // HJDOffset plus the method's time of minimum
     double error = 0;
-    int trappedError = 0;   // an error caught by the method's own trap (sliding integrations)
+    int trappedError = 0; // an error caught by the method's own trap (sliding integrations)
     // The method window's parameter boxes as the compute button left them, where it rewrites
     // them (the Fourier fit's Text1(1..8): Xo, C, W, A1..A5).
     QStringList boxes;

@@ -61,11 +61,11 @@ void rightClickAt(dip::PlotWindow& form, double t)
     const dip::Session& s = dip::S();
     const double x = dip::PlotX(dip::CurrentScale(), t);
     const QPointF at = dip::PlotWindow::toPixels(x, (s.PlotTop + s.PlotBottom) / 2);
-    QMouseEvent press(QEvent::MouseButtonPress, at, form.surface()->mapToGlobal(at), Qt::RightButton,
-                      Qt::RightButton, Qt::NoModifier);
+    QMouseEvent press(QEvent::MouseButtonPress, at, form.surface()->mapToGlobal(at), Qt::RightButton, Qt::RightButton,
+                      Qt::NoModifier);
     QApplication::sendEvent(form.surface(), &press);
-    QMouseEvent release(QEvent::MouseButtonRelease, at, form.surface()->mapToGlobal(at), Qt::RightButton,
-                        Qt::NoButton, Qt::NoModifier);
+    QMouseEvent release(QEvent::MouseButtonRelease, at, form.surface()->mapToGlobal(at), Qt::RightButton, Qt::NoButton,
+                        Qt::NoModifier);
     QApplication::sendEvent(form.surface(), &release);
 }
 

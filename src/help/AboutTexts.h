@@ -8,13 +8,13 @@
 
 namespace dip::about {
 
-QString product();         // Label1, in a larger sans-serif
-QString version();         // Label6
-QString rule();            // Label8, a dashed rule
-QString credits();         // Label2
-QString licence();         // Label3
-QString licenceTerms();    // Label4
-QString licenceFile();     // Label5
-QString bugReports();      // Label9
+QString product();      // Label1, in a larger sans-serif
+QString version();      // Label6
+QString rule();         // Label8, a dashed rule
+QString credits();      // Label2
+QString licence();      // Label3
+QString licenceTerms(); // Label4
+QString licenceFile();  // Label5
+QString bugReports();   // Label9
 
 } // namespace dip::about

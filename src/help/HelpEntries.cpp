@@ -2,9 +2,9 @@
 // Copyright (c) the Dipscope developers
 #include "help/HelpEntries.h"
 
+#include "help/HelpTexts.h"
 #include "help/frmAbout.h"
 #include "help/frmHelp.h"
-#include "help/HelpTexts.h"
 
 namespace dip {
 

@@ -13,10 +13,10 @@
 
 namespace dip::helplayout {
 
-constexpr double LabelMargin = 500;   // label width = inner width - 500
-constexpr rt::Integer FirstTop = 500; // top of the first paragraph label
-constexpr double AreaPerChar = 15000; // square twips of label per character
-constexpr double Spacing = 400;       // added to every paragraph's estimate
+constexpr double LabelMargin = 500;      // label width = inner width - 500
+constexpr rt::Integer FirstTop = 500;    // top of the first paragraph label
+constexpr double AreaPerChar = 15000;    // square twips of label per character
+constexpr double Spacing = 400;          // added to every paragraph's estimate
 constexpr rt::Integer BaseHeight = 1000; // window height before its paragraphs
 
 } // namespace dip::helplayout
@@ -24,10 +24,10 @@ constexpr rt::Integer BaseHeight = 1000; // window height before its paragraphs
 namespace dip {
 
 struct HelpLayout {
-    double labelWidth = 0;               // of Label0 and of every paragraph label
-    std::vector<rt::Integer> tops;       // paragraph k's label top at index k - 1
-    std::vector<rt::Integer> heights;    // paragraph k's estimated height
-    rt::Integer windowHeight = 0;        // the window's new outer height
+    double labelWidth = 0;            // of Label0 and of every paragraph label
+    std::vector<rt::Integer> tops;    // paragraph k's label top at index k - 1
+    std::vector<rt::Integer> heights; // paragraph k's estimated height
+    rt::Integer windowHeight = 0;     // the window's new outer height
 };
 
 // innerWidth: the window's inner (client) width; windowWidth: its outer width. The window's

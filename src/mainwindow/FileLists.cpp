@@ -58,7 +58,8 @@ void DriveList::showDriveOf(const QString& path)
     const QString folder = QDir::toNativeSeparators(cleanAbsolute(path));
     int best = -1;
     for (int i = 0; i < count(); ++i)
-        if (folder.startsWith(itemText(i), Qt::CaseInsensitive) && (best < 0 || itemText(i).size() > itemText(best).size()))
+        if (folder.startsWith(itemText(i), Qt::CaseInsensitive) &&
+            (best < 0 || itemText(i).size() > itemText(best).size()))
             best = i;
     m_shown = best;
     setCurrentIndex(best);
@@ -148,7 +149,8 @@ void DirList::keyPressEvent(QKeyEvent* event)
 
 FileList::FileList(QWidget* parent) : QListWidget(parent)
 {
-    connect(this, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) { Q_EMIT entryClicked(item->text()); });
+    connect(this, &QListWidget::itemClicked, this,
+            [this](QListWidgetItem* item) { Q_EMIT entryClicked(item->text()); });
     connect(this, &QListWidget::itemDoubleClicked, this,
             [this](QListWidgetItem* item) { Q_EMIT entryDoubleClicked(item->text()); });
 }

@@ -32,16 +32,16 @@ namespace {
 // The form's client area and its grid, in twips.
 constexpr int formWidth = 8640;
 constexpr int formHeight = 6060;
-constexpr int rowTop = 1500;    // first method row
-constexpr int rowStep = 435;    // from one row to the next
-constexpr int meansTop = 4200;  // first mean row
-constexpr int titleLeft = 780;  // the method titles and the mean labels
+constexpr int rowTop = 1500;   // first method row
+constexpr int rowStep = 435;   // from one row to the next
+constexpr int meansTop = 4200; // first mean row
+constexpr int titleLeft = 780; // the method titles and the mean labels
 constexpr int titleWidth = 2400;
-constexpr int timeLeft = 3300;  // "Time of Minimum" column, also the means
+constexpr int timeLeft = 3300; // "Time of Minimum" column, also the means
 constexpr int timeWidth = 1800;
 constexpr int errorLeft = 5220; // "Est'd Error" column
 constexpr int errorWidth = 1320;
-constexpr int useLeft = 6660;   // "Use in Mean?" column
+constexpr int useLeft = 6660; // "Use in Mean?" column
 constexpr int useWidth = 1320;
 constexpr int boxHeight = 330;
 
@@ -140,8 +140,8 @@ void frmMain::buildControls()
     auto* group = new QButtonGroup(form);
     const char* const options[] = {"+Mags", "-Mags (inverted)"};
     for (int index = 0; index < 2; ++index) {
-        m_option[index] = named(new QRadioButton(QLatin1String(options[index]), form),
-                                QStringLiteral("Option1_%1").arg(index));
+        m_option[index] =
+            named(new QRadioButton(QLatin1String(options[index]), form), QStringLiteral("Option1_%1").arg(index));
         placeTwips(m_option[index], useLeft, 150 + index * 390, 1860, 315);
         group->addButton(m_option[index], index);
         // Only a choice by the user runs the sign change; a load shows "+Mags" and runs it itself.
@@ -175,8 +175,8 @@ void frmMain::buildControls()
         title->setWordWrap(true);
         m_text[13 + m] = textBox(form, 13 + m, timeLeft, top, timeWidth);
     }
-    auto* means = button(form, QStringLiteral("Command8"), QStringLiteral("Calc. Means"), useLeft, meansTop, useWidth,
-                         375);
+    auto* means =
+        button(form, QStringLiteral("Command8"), QStringLiteral("Calc. Means"), useLeft, meansTop, useWidth, 375);
     connect(means, &QPushButton::clicked, this, [this] { Command8_Click(); });
 }
 
@@ -284,24 +284,12 @@ void frmMain::CommandMethod_Click(int method)
         s.RangeLast = s.NumPts;
     }
     switch (method) {
-    case 1:
-        StartParabola();
-        break;
-    case 2:
-        StartTracingPaper();
-        break;
-    case 3:
-        StartChords();
-        break;
-    case 4:
-        StartKwee();
-        break;
-    case 5:
-        StartFourier();
-        break;
-    case 6:
-        StartSliding();
-        break;
+    case 1: StartParabola(); break;
+    case 2: StartTracingPaper(); break;
+    case 3: StartChords(); break;
+    case 4: StartKwee(); break;
+    case 5: StartFourier(); break;
+    case 6: StartSliding(); break;
     }
 }
 

@@ -14,8 +14,7 @@ namespace dip {
 frmOpen::frmOpen(QWidget* parent)
     : FileBrowserForm(parent, QStringLiteral("frmOpen"), QStringLiteral("Open "), QStringLiteral("Open"),
                       QStringLiteral("*.csv"), QStringLiteral("location.dat"))
-{
-}
+{}
 
 void frmOpen::openFile(const QString& file)
 {

@@ -2,7 +2,6 @@
 // Copyright (c) the Dipscope developers
 #pragma once
 
-
 // What the main window's method buttons start, once a file is loaded and (for methods 1, 3, 4
 // and 5) RangeFirst and RangeLast have been set to 1 and NumPts. Each method's folder
 // implements its own entry.

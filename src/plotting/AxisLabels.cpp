@@ -156,7 +156,9 @@ std::vector<AxisText> TimeAxisTexts(const Canvas& canvas, const PlotScale& scale
     const double spacing = rt::div(s.PlotWidth * static_cast<double>(g.step), scale.tr);
     numberAxis(
         canvas, times, g, spacing, [&](double t) { return PlotX(scale, t); }, 0, canvas.formWidth(), placed,
-        [&](const QString& text, double x, double) { texts.push_back({text, x, row, false}); });
+        [&](const QString& text, double x, double) {
+            texts.push_back({text, x, row, false});
+        });
     return texts;
 }
 
@@ -170,8 +172,8 @@ std::vector<AxisText> MagnitudeAxisTexts(const Canvas& canvas, const PlotScale& 
     const double bottom = std::max(s.PlotTop, s.PlotBottom);
 
     // The name sits in the top margin, above the axis and clear of the numbers' column.
-    texts.push_back({QStringLiteral("Magnitude"), std::min(s.PlotLeft, s.PlotRight), std::max(0.0, (top - height) / 2),
-                     false});
+    texts.push_back(
+        {QStringLiteral("Magnitude"), std::min(s.PlotLeft, s.PlotRight), std::max(0.0, (top - height) / 2), false});
     if (mags.empty())
         return texts;
 
@@ -181,7 +183,9 @@ std::vector<AxisText> MagnitudeAxisTexts(const Canvas& canvas, const PlotScale& 
     // Kept above the row of time numbers under the box.
     numberAxis(
         canvas, mags, mg, spacing, [&](double m) { return PlotY(scale, m); }, 0, bottom, placed,
-        [&](const QString& text, double y, double length) { texts.push_back({text, x, y + length, true}); });
+        [&](const QString& text, double y, double length) {
+            texts.push_back({text, x, y + length, true});
+        });
     return texts;
 }
 

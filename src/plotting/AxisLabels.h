@@ -57,9 +57,9 @@ std::vector<AxisText> MagnitudeAxisTexts(const Canvas& canvas, const PlotScale& 
 
 // The layout constants, in twips.
 namespace axis {
-constexpr double TickLength = 60;  // ticks outside the box, under it and left of it
-constexpr double TextGap = 30;     // between a tick and its number
-constexpr double MinSpace = 90;    // between two numbers
+constexpr double TickLength = 60; // ticks outside the box, under it and left of it
+constexpr double TextGap = 30;    // between a tick and its number
+constexpr double MinSpace = 90;   // between two numbers
 } // namespace axis
 
 } // namespace dip

@@ -23,9 +23,9 @@ struct Rgb {
 namespace colours {
 constexpr Rgb black{0, 0, 0};
 constexpr Rgb white{255, 255, 255};
-constexpr Rgb red{255, 0, 0};          // data points
-constexpr Rgb blue{0, 0, 255};         // reflected branch, picked point, fitted curves
-constexpr Rgb purple{150, 0, 150};     // range markers and method overlays
+constexpr Rgb red{255, 0, 0};           // data points
+constexpr Rgb blue{0, 0, 255};          // reflected branch, picked point, fitted curves
+constexpr Rgb purple{150, 0, 150};      // range markers and method overlays
 constexpr Rgb lightGrey{192, 192, 192}; // grid
 constexpr Rgb curveGrey{200, 200, 200}; // the parabola outside the picked times
 } // namespace colours

@@ -16,12 +16,8 @@ MethodWindow::MethodWindow(int winPosLine, const QString& designCaption, std::ve
         const QString name = QLatin1String(k.name);
         const QString text = QLatin1String(k.text);
         switch (k.kind) {
-        case Control::Label:
-            c.label(name, text, k.width > 0 ? k.width : 1300);
-            break;
-        case Control::TextBox:
-            c.textBox(name, text, k.width > 0 ? k.width : 1200);
-            break;
+        case Control::Label: c.label(name, text, k.width > 0 ? k.width : 1300); break;
+        case Control::TextBox: c.textBox(name, text, k.width > 0 ? k.width : 1200); break;
         case Control::Button:
             c.button(name, text, [this, name] {
                 if (name == QLatin1String("Command1"))

@@ -69,7 +69,11 @@ public:
                         double height = 0);
     // Moves the named control to a twip position.
     void moveControl(const QString& name, double left, double top);
-    template <typename T> T* control(const QString& name) const { return findChild<T*>(name); }
+    template <typename T>
+    T* control(const QString& name) const
+    {
+        return findChild<T*>(name);
+    }
 
     // The picture as drawn, in device pixels, and the colour at a form position in twips.
     QImage picture() const;

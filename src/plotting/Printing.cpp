@@ -196,7 +196,8 @@ void PrintForm(QWidget* form)
         if (!painter.begin(&printer))
             return;
         // As large as on the screen, made smaller to fit the page.
-        QSizeF size = image.deviceIndependentSize() * (printer.resolution() / double(std::max(1, client->logicalDpiX())));
+        QSizeF size =
+            image.deviceIndependentSize() * (printer.resolution() / double(std::max(1, client->logicalDpiX())));
         const QSizeF page = painter.viewport().size();
         if (size.width() > page.width() || size.height() > page.height())
             size.scale(page, Qt::KeepAspectRatio);

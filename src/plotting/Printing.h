@@ -29,12 +29,12 @@ struct PrinterState {
     // Output into this PDF file instead of the device (the print dialog's "Print to File").
     QString outputFile;
     int copies = 1;
-    int orientation = 1;  // 1 portrait, 2 landscape
-    int colorMode = 2;    // 1 monochrome, 2 colour
-    int duplex = 1;       // 1 none, 2 long edge (horizontal), 3 short edge (vertical), 4 the printer's choice
-    int paperBin = QPrinter::Auto;  // a QPrinter::PaperSource
-    int paperSize = QPageSize::A4;  // a QPageSize::PageSizeId
-    int printQuality = 0; // dots per inch; 0 the device's own
+    int orientation = 1;           // 1 portrait, 2 landscape
+    int colorMode = 2;             // 1 monochrome, 2 colour
+    int duplex = 1;                // 1 none, 2 long edge (horizontal), 3 short edge (vertical), 4 the printer's choice
+    int paperBin = QPrinter::Auto; // a QPrinter::PaperSource
+    int paperSize = QPageSize::A4; // a QPageSize::PageSizeId
+    int printQuality = 0;          // dots per inch; 0 the device's own
 };
 
 // The current printer (following the system default while it does).

@@ -132,8 +132,7 @@ const RangePickStyle& kweeRangeStyle()
 
 RangePicker::RangePicker(RangePick& pick, FormPort& form, const RangePickStyle& style)
     : m_pick(pick), m_form(form), m_style(style)
-{
-}
+{}
 
 void RangePicker::formLoad()
 {

@@ -19,11 +19,11 @@ namespace dip {
 // then computed from the plot box. A replayed click carries its time exactly and its X is
 // computed from that time (it is used only for the marker line and the remembered marker x).
 struct Click {
-    double X = 0;         // twips
-    double Y = 0;         // twips
-    Integer Button = 0;   // 1 left, 2 right, 4 middle
+    double X = 0;       // twips
+    double Y = 0;       // twips
+    Integer Button = 0; // 1 left, 2 right, 4 middle
     bool exactTime = false;
-    double time = 0;      // the clicked time when exactTime
+    double time = 0; // the clicked time when exactTime
 
     static Click atTwips(double x, double y, Integer button);
     // A click at time t on the current plot box (Y in the middle of it).

@@ -14,10 +14,7 @@
 
 namespace dip {
 
-frmPlotData::frmPlotData(QWidget* parent) : PlotWindow(7, parent)
-{
-    setObjectName(QStringLiteral("frmPlotData"));
-}
+frmPlotData::frmPlotData(QWidget* parent) : PlotWindow(7, parent) { setObjectName(QStringLiteral("frmPlotData")); }
 
 void frmPlotData::PlotData() { PlotLightCurve(*this); }
 

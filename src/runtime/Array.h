@@ -59,8 +59,7 @@ private:
         if (i < Lo || i > Hi || j < Lo || j > Hi)
             raise(9);
     }
-    std::array<std::array<T, static_cast<std::size_t>(Hi - Lo + 1)>, static_cast<std::size_t>(Hi - Lo + 1)>
-        m_data{};
+    std::array<std::array<T, static_cast<std::size_t>(Hi - Lo + 1)>, static_cast<std::size_t>(Hi - Lo + 1)> m_data{};
 };
 
 // The observation arrays: index 0..1000, element 0 unused, so at most 1000 observations.

@@ -12,17 +12,15 @@ MsgBoxHook& hook()
 {
     // Without a window system the message still reaches the user, on standard error.
     static MsgBoxHook h = [](const QString& text, const QString&) {
-        std::fprintf(stderr, "%s\n", QString(text).replace(QLatin1Char('\n'), QLatin1Char(' ')).toLocal8Bit().constData());
+        std::fprintf(stderr, "%s\n",
+                     QString(text).replace(QLatin1Char('\n'), QLatin1Char(' ')).toLocal8Bit().constData());
     };
     return h;
 }
 
 } // namespace
 
-void MsgBox(const QString& text, const QString& title)
-{
-    hook()(text, title.isNull() ? programTitle() : title);
-}
+void MsgBox(const QString& text, const QString& title) { hook()(text, title.isNull() ? programTitle() : title); }
 
 MsgBoxHook setMsgBoxHook(MsgBoxHook h)
 {

@@ -56,8 +56,7 @@ RuntimeError::RuntimeError(int number) : RuntimeError(number, standardErrorText(
 
 RuntimeError::RuntimeError(int number, const QString& text)
     : m_number(number), m_text(text), m_what(reportText(*this).toStdString())
-{
-}
+{}
 
 QString standardErrorText(int number)
 {

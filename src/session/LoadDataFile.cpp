@@ -161,10 +161,7 @@ bool LoadDataFile()
     return true;
 }
 
-QString DataPathOf(const QString& dir, const QString& name)
-{
-    return dir + QDir::separator() + name;
-}
+QString DataPathOf(const QString& dir, const QString& name) { return dir + QDir::separator() + name; }
 
 bool OpenDataFile(const QString& dir, const QString& name)
 {

@@ -55,22 +55,22 @@ inline rt::Array<Integer, 0, 8> allParametersInOrder()
 
 // The Fourier window's parameters and bookkeeping (the solver's own state is its own).
 struct FourierState {
-    rt::Array<double, 0, 8> FourierPar;    // 1..8 in the order of the text boxes
-    rt::Array<double, 0, 8> FitAUndo;      // solver order
-    rt::Array<Integer, 0, 8> ParEdited;    // per box: changed since the last fit
+    rt::Array<double, 0, 8> FourierPar; // 1..8 in the order of the text boxes
+    rt::Array<double, 0, 8> FitAUndo;   // solver order
+    rt::Array<Integer, 0, 8> ParEdited; // per box: changed since the last fit
     Integer ParEntered = rt::False;
     Integer FourierFitDone = rt::False;
-    RangePick Range;                       // the window's own copy of a picked range
-    ObsArray FitSig;                       // per-point standard deviation
+    RangePick Range; // the window's own copy of a picked range
+    ObsArray FitSig; // per-point standard deviation
     rt::Array<double, 0, 100> CurveT;
     rt::Array<double, 0, 100> CurveM;
-    double Alamda = 0;                     // the solver's damping; -1 starts a fit
+    double Alamda = 0; // the solver's damping; -1 starts a fit
     // What the fit hands the solver and gets back (solver order: A1..A5, C, W, Xo).
     ObsArray FitX;
     ObsArray FitY;
     rt::Array<double, 0, 8> FitA;
     rt::Matrix<double, 0, 8> Alpha;
-    rt::Matrix<double, 0, 8> Covar;        // the covariance matrix after a fit
+    rt::Matrix<double, 0, 8> Covar; // the covariance matrix after a fit
     double Chisq = 0;
     rt::Array<Integer, 0, 8> Lista = allParametersInOrder(); // 1..8 from program start
 };
@@ -122,9 +122,9 @@ struct Session {
     double PlotLeft = 0, PlotRight = 0, PlotTop = 0, PlotBottom = 0, PlotWidth = 0, PlotHeight = 0;
 
     // Method windows' module-level state.
-    rt::Array<Integer, 0, 6> FirstTime;   // per-window first-time flags (1, 3, 4, 5 used)
-    RangePick ParabolaPick;               // frmPlott1
-    RangePick KweePick;                   // frmPlott4
+    rt::Array<Integer, 0, 6> FirstTime; // per-window first-time flags (1, 3, 4, 5 used)
+    RangePick ParabolaPick;             // frmPlott1
+    RangePick KweePick;                 // frmPlott4
     // The parabolic fit's coefficients, kept for redrawing the curve, and its 101 samples.
     double ParabA0 = 0, ParabB = 0, ParabC = 0, ParabSigB = 0, ParabSigC = 0;
     rt::Array<double, 0, 100> FitCurveT;
@@ -132,9 +132,9 @@ struct Session {
     // Kwee and van Woerden's time grid; slots above the last fit's 2M keep older values.
     ObsArray KweeGridT;
     ObsArray KweeGridMag;
-    ChordPick Chords;                     // frmPlott3
-    FourierState Fourier;                 // frmPlott5
-    ObsArray SmoothMag;                   // tracing paper
+    ChordPick Chords;     // frmPlott3
+    FourierState Fourier; // frmPlott5
+    ObsArray SmoothMag;   // tracing paper
     Integer AvgPoints = 0;
     double FoldShown = 0;
     double FoldSpan = 0;

@@ -5,8 +5,8 @@
 #include "app/Measure.h"
 #include "support/TestSupport.h"
 
-#include <QJsonDocument>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <cstdio>
@@ -125,12 +125,13 @@ void MeasureTest::usage_data()
     QTest::newRow("unknown option") << QStringList{QStringLiteral("f.csv"), QStringLiteral("--nope")};
     QTest::newRow("missing value") << QStringList{QStringLiteral("f.csv"), QStringLiteral("--parabola")};
     QTest::newRow("one time for two") << QStringList{QStringLiteral("f.csv"), QStringLiteral("--parabola=0.1")};
-    QTest::newRow("not a number") << QStringList{QStringLiteral("f.csv"), QStringLiteral("--kwee"), QStringLiteral("a,b")};
+    QTest::newRow("not a number") << QStringList{QStringLiteral("f.csv"), QStringLiteral("--kwee"),
+                                                 QStringLiteral("a,b")};
     QTest::newRow("three for four") << QStringList{QStringLiteral("f.csv"), QStringLiteral("--chords=1,2,3")};
     QTest::newRow("bad index") << QStringList{QStringLiteral("f.csv"), QStringLiteral("--delete=x")};
     QTest::newRow("flag with value") << QStringList{QStringLiteral("f.csv"), QStringLiteral("--json=1")};
-    QTest::newRow("seven start values")
-        << QStringList{QStringLiteral("f.csv"), QStringLiteral("--fourier=1,2"), QStringLiteral("--fourier-start=1,2,3,4,5,6,7")};
+    QTest::newRow("seven start values") << QStringList{QStringLiteral("f.csv"), QStringLiteral("--fourier=1,2"),
+                                                       QStringLiteral("--fourier-start=1,2,3,4,5,6,7")};
     QTest::newRow("two files") << QStringList{QStringLiteral("f.csv"), QStringLiteral("g.csv")};
 }
 

@@ -92,7 +92,8 @@ private Q_SLOTS:
     void parabola()
     {
         const auto p = curvePoints();
-        const Run r = measure({m_file, QStringLiteral("--json"), QStringLiteral("--parabola"), times({0.3777, 0.5213})});
+        const Run r =
+            measure({m_file, QStringLiteral("--json"), QStringLiteral("--parabola"), times({0.3777, 0.5213})});
         QCOMPARE(r.code, 0);
         const QJsonObject row = onlyRow(json(r), 1);
         const ParabolaFitResult fit = FitParabola(S().HJD, S().Mag, S().NumPts, rt::Integer(firstAfter(p, 0.3777)),

@@ -84,16 +84,18 @@ inline QString firstDifference(const QString& actual, const QString& expected)
                 .arg(i)
                 .arg(actual.mid(i, 30), expected.mid(i, 30));
     if (actual.size() != expected.size())
-        return QStringLiteral("lengths %1 and %2 after \"%3\"").arg(actual.size()).arg(expected.size()).arg(
-            actual.right(30));
+        return QStringLiteral("lengths %1 and %2 after \"%3\"")
+            .arg(actual.size())
+            .arg(expected.size())
+            .arg(actual.right(30));
     return QString();
 }
 
-#define DIP_COMPARE_TEXT(actual, expected)                                                                   \
-    do {                                                                                                     \
-        const QString diff_ = dip::test::firstDifference((actual), (expected));                              \
-        if (!diff_.isEmpty())                                                                                \
-            QFAIL(qPrintable(diff_));                                                                        \
+#define DIP_COMPARE_TEXT(actual, expected)                                                                             \
+    do {                                                                                                               \
+        const QString diff_ = dip::test::firstDifference((actual), (expected));                                        \
+        if (!diff_.isEmpty())                                                                                          \
+            QFAIL(qPrintable(diff_));                                                                                  \
     } while (false)
 
 } // namespace dip::test

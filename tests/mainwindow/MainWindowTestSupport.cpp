@@ -89,9 +89,6 @@ void openThroughDialog(frmMain& window, const QString& folder, const QString& na
     open->Command1->click();
 }
 
-QAction* menuAction(const frmMain& window, const char* name)
-{
-    return window.findChild<QAction*>(QLatin1String(name));
-}
+QAction* menuAction(const frmMain& window, const char* name) { return window.findChild<QAction*>(QLatin1String(name)); }
 
 } // namespace dip::test

@@ -3,10 +3,10 @@
 #include "MainWindowTestSupport.h"
 
 #include "mainwindow/FileLists.h"
+#include "mainwindow/TwipsLayout.h"
 #include "mainwindow/frmMain.h"
 #include "mainwindow/frmOpen.h"
 #include "mainwindow/frmSaveAs.h"
-#include "mainwindow/TwipsLayout.h"
 #include "session/Session.h"
 #include "support/TestSupport.h"
 
@@ -131,17 +131,22 @@ void FileDialogsTest::captions_data()
     for (bool save : {false, true}) {
         const char* form = save ? "frmSaveAs " : "frmOpen ";
         const std::pair<const char*, const char*> rows[] = {
-            {"Label1", "File Name:"},  {"Label2", "List Files of Type:"}, {"Label3", "Directories:"},
-            {"Label5", "Drives:"},     {"Command2", "Cancel"},
+            {"Label1", "File Name:"},   {"Label2", "List Files of Type:"},
+            {"Label3", "Directories:"}, {"Label5", "Drives:"},
+            {"Command2", "Cancel"},
         };
         for (const auto& [name, text] : rows)
             QTest::newRow(qPrintable(QLatin1String(form) + QLatin1String(name)))
                 << save << QString::fromLatin1(name) << QString::fromLatin1(text);
     }
-    QTest::newRow("frmOpen Command1") << false << "Command1" << "Open";
-    QTest::newRow("frmSaveAs Command1") << true << "Command1" << "Save";
-    QTest::newRow("frmOpen Text1 at design") << false << "Text1" << "location.dat";
-    QTest::newRow("frmSaveAs Text1 at design") << true << "Text1" << "";
+    QTest::newRow("frmOpen Command1") << false << "Command1"
+                                      << "Open";
+    QTest::newRow("frmSaveAs Command1") << true << "Command1"
+                                        << "Save";
+    QTest::newRow("frmOpen Text1 at design") << false << "Text1"
+                                             << "location.dat";
+    QTest::newRow("frmSaveAs Text1 at design") << true << "Text1"
+                                               << "";
 }
 
 void FileDialogsTest::captions()
@@ -168,8 +173,8 @@ void FileDialogsTest::preparedAtStart()
 {
     const QString here = native(m_scope->folder.path());
     const QStringList entries = {"*.txt", "*.csv", "*.*"};
-    for (const FileBrowserForm* form : {static_cast<FileBrowserForm*>(m_window->openForm()),
-                                        static_cast<FileBrowserForm*>(m_window->saveAsForm())}) {
+    for (const FileBrowserForm* form :
+         {static_cast<FileBrowserForm*>(m_window->openForm()), static_cast<FileBrowserForm*>(m_window->saveAsForm())}) {
         QStringList items;
         for (int i = 0; i < form->Combo1->count(); ++i)
             items << form->Combo1->itemText(i);
@@ -463,7 +468,7 @@ void FileDialogsTest::missingFolderRaises()
 void FileDialogsTest::resize_data()
 {
     QTest::addColumn<bool>("save");
-    QTest::addColumn<int>("width");  // asked for, twips
+    QTest::addColumn<int>("width"); // asked for, twips
     QTest::addColumn<int>("height");
     QTest::addColumn<int>("expectedWidth");
     QTest::addColumn<int>("expectedHeight");
@@ -506,9 +511,9 @@ void FileDialogsTest::resize()
     QCOMPARE(twips(form->Combo1).width(), twips(form->Text1).width());
     QCOMPARE(twips(form->Drive1).width(), twips(form->Dir1).width());
     const int afterText = twips(form->Text1).left() + twips(form->Text1).width();
-    for (const QWidget* right : {static_cast<QWidget*>(form->Label3), static_cast<QWidget*>(form->Label4),
-                                 static_cast<QWidget*>(form->Dir1), static_cast<QWidget*>(form->Label5),
-                                 static_cast<QWidget*>(form->Drive1)})
+    for (const QWidget* right :
+         {static_cast<QWidget*>(form->Label3), static_cast<QWidget*>(form->Label4), static_cast<QWidget*>(form->Dir1),
+          static_cast<QWidget*>(form->Label5), static_cast<QWidget*>(form->Drive1)})
         QCOMPARE(twips(right).left(), afterText + 240);
     // Everything stays inside the form.
     for (const QWidget* w : form->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))

@@ -126,15 +126,9 @@ private:
 
 void MainWindowTest::initTestCase() { prepareWindowTests(); }
 
-void MainWindowTest::init()
-{
-    m_scope = std::make_unique<WindowTestScope>();
-}
+void MainWindowTest::init() { m_scope = std::make_unique<WindowTestScope>(); }
 
-void MainWindowTest::cleanup()
-{
-    m_scope.reset();
-}
+void MainWindowTest::cleanup() { m_scope.reset(); }
 
 // ---- Controls ----
 
@@ -632,8 +626,8 @@ void MainWindowTest::calcMeans_data()
     };
 
     QTest::newRow("no box ticked leaves the four boxes")
-        << QStringList{"2459123.4", "", "", "", "", ""} << QStringList{"0.001", "", "", "", "", ""} << none
-        << noMeans << none;
+        << QStringList{"2459123.4", "", "", "", "", ""} << QStringList{"0.001", "", "", "", "", ""} << none << noMeans
+        << none;
     QTest::newRow("one box with error 0.0005")
         << QStringList{"", "", "2459123.45678", "", "", ""} << QStringList{"", "", "0.0005", "", "", ""} << only(3)
         << QStringList{fixed5(2459123.45678), fixed5(2459123.45678), "0.00050", ""} << only(3);
@@ -649,9 +643,8 @@ void MainWindowTest::calcMeans_data()
     QList<bool> oneAndFour(6, false);
     oneAndFour[0] = oneAndFour[3] = true;
     QTest::newRow("box with empty error dropped beside a good one")
-        << QStringList{"2459123.40000", "", "", "2459123.41000", "", ""}
-        << QStringList{"", "", "", "0.001", "", ""} << oneAndFour
-        << QStringList{"2459123.41000", "2459123.41000", "0.00100", ""} << only(4);
+        << QStringList{"2459123.40000", "", "", "2459123.41000", "", ""} << QStringList{"", "", "", "0.001", "", ""}
+        << oneAndFour << QStringList{"2459123.41000", "2459123.41000", "0.00100", ""} << only(4);
     QTest::newRow("negative error counts squared")
         << QStringList{"", "", "", "", "0.51234", ""} << QStringList{"", "", "", "", "-0.00012", ""} << only(5)
         << QStringList{"0.51234", "0.51234", "0.00012", ""} << only(5);
@@ -707,7 +700,8 @@ void MainWindowTest::commandLineFile()
     m_scope->folder.write(QStringLiteral("obs/night 1/curve.csv"), dipCurve(12, 2));
     const auto window = startMainWindow();
     window->openFromCommandLine(QStringLiteral("obs/night 1/curve.csv"));
-    const QString folder = QDir::toNativeSeparators(QDir(m_scope->folder.path()).filePath(QStringLiteral("obs/night 1")));
+    const QString folder =
+        QDir::toNativeSeparators(QDir(m_scope->folder.path()).filePath(QStringLiteral("obs/night 1")));
     QCOMPARE(S().DataDir, folder);
     QCOMPARE(S().DataName, QStringLiteral("curve.csv"));
     QCOMPARE(S().DataPath, folder + QDir::separator() + QStringLiteral("curve.csv"));

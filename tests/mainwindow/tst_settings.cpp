@@ -74,18 +74,18 @@ void SettingsTest::read_data()
     QTest::newRow("negative and extreme values")
         << QByteArray("-32768,32767,0,-1\n0,0,0,0\n0,0,0,0\n0,0,0,0\n0,0,0,0\n0,0,0,0\n0,0,0,0\n")
         << with({{1, {-32768, 32767, 0, -1}}});
-    QTest::newRow("blanks around values and blank lines")
-        << QByteArray(" 120 , 240 ,3000, 2000\n\n  \n5,6,7,8\n") << with({{1, {120, 240, 3000, 2000}}, {2, {5, 6, 7, 8}}});
-    QTest::newRow("short file: the rest stays 0")
-        << QByteArray("1,2,3,4\n5,6,7,8\n9,10,11,12\n") << with({{1, {1, 2, 3, 4}}, {2, {5, 6, 7, 8}}, {3, {9, 10, 11, 12}}});
+    QTest::newRow("blanks around values and blank lines") << QByteArray(" 120 , 240 ,3000, 2000\n\n  \n5,6,7,8\n")
+                                                          << with({{1, {120, 240, 3000, 2000}}, {2, {5, 6, 7, 8}}});
+    QTest::newRow("short file: the rest stays 0") << QByteArray("1,2,3,4\n5,6,7,8\n9,10,11,12\n")
+                                                  << with({{1, {1, 2, 3, 4}}, {2, {5, 6, 7, 8}}, {3, {9, 10, 11, 12}}});
     QTest::newRow("empty file") << QByteArray() << zeros();
     QTest::newRow("bad number: values before it kept, the rest stays 0")
         << QByteArray("1,2,3,4\n5,6,x,8\n9,10,11,12\n") << with({{1, {1, 2, 3, 4}}, {2, {5, 6, 0, 0}}});
     QTest::newRow("beyond 16 bits stops the reading")
         << QByteArray("1,2,3,4\n40000,6,7,8\n") << with({{1, {1, 2, 3, 4}}});
-    QTest::newRow("fractions round halves to even")
-        << QByteArray("1.5,2.5,-0.5,3.4\n") << with({{1, {2, 2, 0, 3}}});
-    QTest::newRow("empty fields read as 0") << QByteArray(",7,,9\n1,2,3,4\n") << with({{1, {0, 7, 0, 9}}, {2, {1, 2, 3, 4}}});
+    QTest::newRow("fractions round halves to even") << QByteArray("1.5,2.5,-0.5,3.4\n") << with({{1, {2, 2, 0, 3}}});
+    QTest::newRow("empty fields read as 0")
+        << QByteArray(",7,,9\n1,2,3,4\n") << with({{1, {0, 7, 0, 9}}, {2, {1, 2, 3, 4}}});
     QTest::newRow("quoted number") << QByteArray("\"12\",2,3,4\n") << with({{1, {12, 2, 3, 4}}});
     // Values are read one after the other across line ends, so a line with five values shifts
     // every later one.
@@ -115,7 +115,8 @@ void SettingsTest::readMissingFile()
 void SettingsTest::write()
 {
     DataFolder folder;
-    const QString path = folder.write(QStringLiteral("zzzdip.ini"), "old content that is replaced entirely\n1\n2\n3\n4\n5\n6\n7\n8\n");
+    const QString path =
+        folder.write(QStringLiteral("zzzdip.ini"), "old content that is replaced entirely\n1\n2\n3\n4\n5\n6\n7\n8\n");
     for (int line = 1; line <= 7; ++line)
         for (int v = 1; v <= 4; ++v)
             S().WinPos(line, v) = rt::Integer((line % 2 ? 1 : -1) * (line * 1000 + v));

@@ -17,8 +17,8 @@
 #include <cmath>
 
 using namespace dip;
-using dip::test::Points;
 using dip::test::CanvasRecorder;
+using dip::test::Points;
 
 namespace {
 
@@ -27,7 +27,7 @@ namespace {
 // at P, moved to 5.4002; the right point R, moved to 5.8004, crosses the left branch at 4.2.
 Points threeChords()
 {
-    return {{4.0, 10.0}, {4.4, 10.4}, {4.6, 10.6}, {5.0, 11.0},
+    return {{4.0, 10.0},    {4.4, 10.4}, {4.6, 10.6},    {5.0, 11.0},
             {5.4002, 10.6}, {5.6, 10.4}, {5.8004, 10.2}, {6.0, 10.0}};
 }
 

@@ -59,7 +59,7 @@ private Q_SLOTS:
         QVERIFY(colourNear(w, PlotX(scale, S().HJD(30)), PlotY(scale, S().Mag(30)), colours::red));
         const std::vector<std::pair<const char*, const char*>> texts = {
             {"Label7", "Left index:"},    {"Label9", "Right index:"}, {"Label11", "RMS dev'n:"},
-            {"Command1", "Fit Parabola"}, {"Command2", "Undo"},        {"Command3", "Done"}};
+            {"Command1", "Fit Parabola"}, {"Command2", "Undo"},       {"Command3", "Done"}};
         for (const auto& [name, text] : texts)
             QCOMPARE(w.controlText(QLatin1String(name)), QLatin1String(text));
         QVERIFY(w.findChild<QMenu*>(QStringLiteral("mFile")));
@@ -177,7 +177,8 @@ private Q_SLOTS:
         w.showForm();
         w.redraw();
         QVERIFY(colourNear(w, S().ParabolaPick.RightMarkX, S().PlotTop + 45, colours::purple));
-        QCOMPARE(S().ParabolaPick.RightMarkX, S().PlotLeft + S().PlotWidth * (S().ParabolaPick.RightHJD - S().HJDMin) / S().HJDRange);
+        QCOMPARE(S().ParabolaPick.RightMarkX,
+                 S().PlotLeft + S().PlotWidth * (S().ParabolaPick.RightHJD - S().HJDMin) / S().HJDRange);
         const PlotScale scale = CurrentScale();
         QVERIFY(colourNear(w, PlotX(scale, S().FitCurveT(50)), PlotY(scale, S().FitCurveMag(50)), colours::blue));
     }
@@ -191,9 +192,11 @@ private Q_SLOTS:
         QCOMPARE(int(S().WinPos(1, 4)), 540 * 15);
         QCOMPARE(S().PlotRight, double(rt::CInt(w.formWidth())) - 415);
         QVERIFY(colourNear(w, S().ParabolaPick.LeftMarkX, S().PlotTop + 45, colours::purple));
-        QCOMPARE(S().ParabolaPick.LeftMarkX, S().PlotLeft + S().PlotWidth * (S().ParabolaPick.LeftHJD - S().HJDMin) / S().HJDRange);
+        QCOMPARE(S().ParabolaPick.LeftMarkX,
+                 S().PlotLeft + S().PlotWidth * (S().ParabolaPick.LeftHJD - S().HJDMin) / S().HJDRange);
         // The controls follow the height.
-        QCOMPARE(w.control<QPushButton>(QStringLiteral("Command1"))->y(), int(std::lround((w.formHeight() - 1310) / 15)));
+        QCOMPARE(w.control<QPushButton>(QStringLiteral("Command1"))->y(),
+                 int(std::lround((w.formHeight() - 1310) / 15)));
     }
 
     void resultsReachTheMainWindow()

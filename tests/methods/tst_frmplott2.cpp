@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 #include "methods/MethodEntries.h"
+#include "methods/TracingCurves.h"
 #include "methods/tracing/frmPlott2.h"
 #include "plotting/PlotBox.h"
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
-#include "methods/TracingCurves.h"
 #include "support/PixelChecks.h"
 #include "support/TestSupport.h"
 

@@ -48,15 +48,18 @@ private Q_SLOTS:
         QVERIFY(w.isVisible());
         QCOMPARE(w.caption(), QStringLiteral("Bisect Chords - RIGHT-CLICK AT START (left end) OF LEFT RANGE."));
         QCOMPARE(S().PlotBottom, double(rt::CInt(w.formHeight())) - 1850);
-        const std::vector<std::pair<const char*, const char*>> texts = {
-            {"Label7", "Left index (1):"},   {"Label9", "Left index (2):"}, {"Label11", "Right index (3):"},
-            {"Label13", "Right index (4):"}, {"Command1", "Bisect Chords"}, {"Command2", "Undo"},
-            {"Command3", "Done"}};
+        const std::vector<std::pair<const char*, const char*>> texts = {{"Label7", "Left index (1):"},
+                                                                        {"Label9", "Left index (2):"},
+                                                                        {"Label11", "Right index (3):"},
+                                                                        {"Label13", "Right index (4):"},
+                                                                        {"Command1", "Bisect Chords"},
+                                                                        {"Command2", "Undo"},
+                                                                        {"Command3", "Done"}};
         for (const auto& [name, text] : texts)
             QCOMPARE(w.controlText(QLatin1String(name)), QLatin1String(text));
-        const std::vector<std::pair<const char*, int>> lefts = {{"Label9", 240},   {"Label10", 1560}, {"Command1", 2140},
-                                                                {"Label11", 3960}, {"Label13", 3960}, {"Label12", 5200},
-                                                                {"Label14", 5200}, {"Command2", 5700}, {"Command3", 7200}};
+        const std::vector<std::pair<const char*, int>> lefts = {
+            {"Label9", 240},   {"Label10", 1560}, {"Command1", 2140}, {"Label11", 3960}, {"Label13", 3960},
+            {"Label12", 5200}, {"Label14", 5200}, {"Command2", 5700}, {"Command3", 7200}};
         for (const auto& [name, left] : lefts)
             QCOMPARE(w.findChild<QWidget*>(QLatin1String(name))->x(), int(std::lround(left / 15.0)));
         QVERIFY(w.findChild<QMenu*>(QStringLiteral("mFile")));

@@ -48,9 +48,11 @@ private Q_SLOTS:
         QVERIFY(w.isVisible());
         QCOMPARE(w.caption(), QStringLiteral("Kwee & van Woerden - RIGHT-CLICK AT START (left end) OF RANGE."));
         const std::vector<std::pair<const char*, const char*>> texts = {
-            {"Label7", "Left index:"}, {"Label9", "Right index:"}, {"Label11", "Stepp"}, {"Text1", "1"},
-            {"Label12", "Frac"},       {"Text2", ".9"},            {"Command1", "Fit Kwee"},
-            {"Command2", "Undo"},      {"Command3", "Done"}};
+            {"Label7", "Left index:"}, {"Label9", "Right index:"},
+            {"Label11", "Stepp"},      {"Text1", "1"},
+            {"Label12", "Frac"},       {"Text2", ".9"},
+            {"Command1", "Fit Kwee"},  {"Command2", "Undo"},
+            {"Command3", "Done"}};
         for (const auto& [name, text] : texts)
             QCOMPARE(w.controlText(QLatin1String(name)), QLatin1String(text));
         QVERIFY(w.findChild<QMenu*>(QStringLiteral("mFile")));
@@ -130,7 +132,8 @@ private Q_SLOTS:
         clickButton(w, "Command3");
         w.showForm();
         w.redraw();
-        QCOMPARE(S().KweePick.LeftMarkX, S().PlotLeft + S().PlotWidth * (S().HJD(S().KweePick.LeftIdx) - S().HJDMin) / S().HJDRange);
+        QCOMPARE(S().KweePick.LeftMarkX,
+                 S().PlotLeft + S().PlotWidth * (S().HJD(S().KweePick.LeftIdx) - S().HJDMin) / S().HJDRange);
         QVERIFY(colourNear(w, S().KweePick.LeftMarkX, S().PlotTop + 45, colours::purple));
         QVERIFY(!isColour(w.pixelAt(twipsX(0.3777), S().PlotTop + 45), colours::purple));
     }

@@ -17,9 +17,9 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::CanvasRecorder;
 using dip::test::Curve;
 using dip::test::Points;
-using dip::test::CanvasRecorder;
 using dip::test::toCurve;
 
 namespace {
@@ -310,15 +310,24 @@ private Q_SLOTS:
         QTest::addColumn<int>("s");
         QTest::addColumn<double>("f");
         QTest::addColumn<int>("error");
-        QTest::newRow("design values") << "1" << ".9" << 1 << 0.9 << 0;
-        QTest::newRow("blanks around") << " 2 " << " .9 " << 2 << 0.9 << 0;
-        QTest::newRow("1.5 rounds to 2") << "1.5" << ".8" << 2 << 0.8 << 0;
-        QTest::newRow("2.5 rounds to 2") << "2.5" << "0.7" << 2 << 0.7 << 0;
-        QTest::newRow("Stepp not a number") << "abc" << ".9" << 0 << 0.0 << 13;
-        QTest::newRow("Stepp with trailing text") << "1x" << ".9" << 0 << 0.0 << 13;
-        QTest::newRow("Stepp empty") << "" << ".9" << 0 << 0.0 << 13;
-        QTest::newRow("Stepp beyond 16 bits") << "40000" << ".9" << 0 << 0.0 << 6;
-        QTest::newRow("Frac not a number") << "1" << "ab" << 0 << 0.0 << 13;
+        QTest::newRow("design values") << "1"
+                                       << ".9" << 1 << 0.9 << 0;
+        QTest::newRow("blanks around") << " 2 "
+                                       << " .9 " << 2 << 0.9 << 0;
+        QTest::newRow("1.5 rounds to 2") << "1.5"
+                                         << ".8" << 2 << 0.8 << 0;
+        QTest::newRow("2.5 rounds to 2") << "2.5"
+                                         << "0.7" << 2 << 0.7 << 0;
+        QTest::newRow("Stepp not a number") << "abc"
+                                            << ".9" << 0 << 0.0 << 13;
+        QTest::newRow("Stepp with trailing text") << "1x"
+                                                  << ".9" << 0 << 0.0 << 13;
+        QTest::newRow("Stepp empty") << ""
+                                     << ".9" << 0 << 0.0 << 13;
+        QTest::newRow("Stepp beyond 16 bits") << "40000"
+                                              << ".9" << 0 << 0.0 << 6;
+        QTest::newRow("Frac not a number") << "1"
+                                           << "ab" << 0 << 0.0 << 13;
     }
     void parameterTexts()
     {

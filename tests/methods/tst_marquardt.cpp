@@ -332,7 +332,8 @@ void MarquardtTest::coefficientsPointBeyond1000()
     ParMatrix alpha, beta;
     double chisq = 0;
     const ParList lista = inOrder();
-    DIP_EXPECT_RUNTIME_ERROR(MarquardtCoefficients(p.x, p.y, p.sig, 1001, truthA, 8, lista, 8, alpha, beta, 8, chisq), 9);
+    DIP_EXPECT_RUNTIME_ERROR(MarquardtCoefficients(p.x, p.y, p.sig, 1001, truthA, 8, lista, 8, alpha, beta, 8, chisq),
+                             9);
 }
 
 void MarquardtTest::overflowRaises_data()
@@ -531,10 +532,10 @@ void MarquardtTest::finishingCallLeavesParametersAndGivesInverse()
             const double scale = std::sqrt(static_cast<double>(inv[i][i] * inv[j][j]));
             const double diff = std::abs(covar(i, j) - static_cast<double>(inv[i][j]));
             QVERIFY2(diff <= 1e-12 * scale, qPrintable(QStringLiteral("covar(%1,%2) = %3, inverse %4")
-                                                          .arg(i)
-                                                          .arg(j)
-                                                          .arg(covar(i, j), 0, 'g', 17)
-                                                          .arg(static_cast<double>(inv[i][j]), 0, 'g', 17)));
+                                                           .arg(i)
+                                                           .arg(j)
+                                                           .arg(covar(i, j), 0, 'g', 17)
+                                                           .arg(static_cast<double>(inv[i][j]), 0, 'g', 17)));
         }
     }
     // And the product with the curvature matrix is the identity.

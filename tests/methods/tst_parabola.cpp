@@ -18,16 +18,15 @@
 #include <cmath>
 
 using namespace dip;
-using dip::test::Points;
 using dip::test::CanvasRecorder;
+using dip::test::Points;
 
 namespace {
 
 // Deterministic scatter in [-1, 1].
 double scatter(int i) { return std::sin(i * 12.9898 + 78.233) * 0.5 + std::sin(i * 4.1414) * 0.5; }
 
-Points parabolaPoints(double vertex, double depth, double curvature, double first, double step, int n,
-                      double noise = 0)
+Points parabolaPoints(double vertex, double depth, double curvature, double first, double step, int n, double noise = 0)
 {
     Points p;
     for (int i = 0; i < n; ++i) {
@@ -214,13 +213,11 @@ private Q_SLOTS:
         QTest::addColumn<int>("last");
         QTest::addColumn<int>("error");
         // Exact integer sums: 0/0 in Cramer's rule, or SSR / (n - 3) = 0/0.
-        QTest::newRow("ends in the wrong order") << QList<double>{1, 2, 3, 4} << QList<double>{1, 4, 9, 16}
-                                                 << 3 << 2 << 6;
+        QTest::newRow("ends in the wrong order")
+            << QList<double>{1, 2, 3, 4} << QList<double>{1, 4, 9, 16} << 3 << 2 << 6;
         QTest::newRow("two points") << QList<double>{1, 2} << QList<double>{1, 4} << 1 << 2 << 6;
-        QTest::newRow("three points fit exactly") << QList<double>{0, 1, 2} << QList<double>{0, 1, 4}
-                                                  << 1 << 3 << 6;
-        QTest::newRow("equal times") << QList<double>{2, 2, 2, 2} << QList<double>{1, 2, 3, 4} << 1
-                                     << 4 << 6;
+        QTest::newRow("three points fit exactly") << QList<double>{0, 1, 2} << QList<double>{0, 1, 4} << 1 << 3 << 6;
+        QTest::newRow("equal times") << QList<double>{2, 2, 2, 2} << QList<double>{1, 2, 3, 4} << 1 << 4 << 6;
     }
     void singularRangesFail()
     {

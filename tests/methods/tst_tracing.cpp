@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
+#include "methods/TracingCurves.h"
 #include "methods/tracing/TracingPaper.h"
 #include "methods/tracing/TracingPaperMemory.h"
 #include "plotting/PlotBox.h"
@@ -8,7 +9,6 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
-#include "methods/TracingCurves.h"
 #include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
@@ -44,10 +44,7 @@ double mean(int i, int k)
     return sum / (2 * k + 1);
 }
 
-bool near(double a, double b, double tolerance = 1e-6)
-{
-    return std::abs(a - b) <= tolerance;
-}
+bool near(double a, double b, double tolerance = 1e-6) { return std::abs(a - b) <= tolerance; }
 
 } // namespace
 

@@ -132,7 +132,7 @@ void LightCurveTest::picksNearestInDataUnits()
     Session& s = S();
     setFullScale(10, 0.1);
     s.NumOrig = 2;
-    s.OrigHJD(1) = 1.0, s.OrigMag(1) = 0.05; // A
+    s.OrigHJD(1) = 1.0, s.OrigMag(1) = 0.05;  // A
     s.OrigHJD(2) = 1.02, s.OrigMag(2) = 0.06; // B
     const PlotScale scale = FullScale();
     const double x = PlotX(scale, 1.0), y = PlotY(scale, 0.06);

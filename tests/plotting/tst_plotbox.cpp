@@ -297,7 +297,8 @@ void PlotBoxTest::axesTextsBesideThePlot()
     for (const auto& t : rec.texts) {
         // On the form, and never over the plot box.
         QVERIFY2(t.left >= 0 && t.right <= width && t.top >= 0, qPrintable(t.text));
-        const bool inside = t.left < s.PlotRight && t.right > s.PlotLeft && t.top < s.PlotBottom && t.bottom > s.PlotTop;
+        const bool inside =
+            t.left < s.PlotRight && t.right > s.PlotLeft && t.top < s.PlotBottom && t.bottom > s.PlotTop;
         QVERIFY2(!inside, qPrintable(t.text));
         bool isNumber = false;
         const double value = t.text.toDouble(&isNumber);

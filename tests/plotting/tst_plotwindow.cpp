@@ -5,8 +5,8 @@
 #include "support/TestSupport.h"
 
 #include <QLabel>
-#include <QMenu>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 
 using namespace dip;

@@ -286,9 +286,8 @@ void PrintingTest::lookupByUpperCaseNameLastWins_data()
     QTest::newRow("lower-case current looked up again")
         << QStringList{QStringLiteral("Photo")} << QStringLiteral("Photo") << QStringLiteral("Photo")
         << QStringLiteral("Photo");
-    QTest::newRow("not installed: printer kept")
-        << QStringList{QStringLiteral("Photo")} << QStringLiteral("Photo") << QStringLiteral("Plotter")
-        << QStringLiteral("Photo");
+    QTest::newRow("not installed: printer kept") << QStringList{QStringLiteral("Photo")} << QStringLiteral("Photo")
+                                                 << QStringLiteral("Plotter") << QStringLiteral("Photo");
 }
 
 void PrintingTest::lookupByUpperCaseNameLastWins()
@@ -307,8 +306,8 @@ void PrintingTest::lookupByUpperCaseNameLastWins()
     QCOMPARE(CurrentPrinter().deviceName, result);
     // The driver comes with the printer found (or stays, when none was looked up).
     const int found = installed.lastIndexOf(result);
-    const bool lookedUp = current != chosen.toUpper() && installed.contains(result) &&
-                          result.toUpper() == chosen.toUpper();
+    const bool lookedUp =
+        current != chosen.toUpper() && installed.contains(result) && result.toUpper() == chosen.toUpper();
     QCOMPARE(CurrentPrinter().driverName,
              lookedUp ? QStringLiteral("driver %1").arg(found) : QStringLiteral("as it was"));
 }

@@ -57,9 +57,9 @@ RangePick& pickNamed(const QString& name)
 
 bool samePick(const RangePick& a, const RangePick& b)
 {
-    return a.LeftIdx == b.LeftIdx && a.RightIdx == b.RightIdx && a.LeftSet == b.LeftSet && a.RightSet == b.RightSet
-           && a.RangeSet == b.RangeSet && a.Fitted == b.Fitted && a.LeftMarkX == b.LeftMarkX
-           && a.RightMarkX == b.RightMarkX && a.LeftHJD == b.LeftHJD && a.RightHJD == b.RightHJD;
+    return a.LeftIdx == b.LeftIdx && a.RightIdx == b.RightIdx && a.LeftSet == b.LeftSet && a.RightSet == b.RightSet &&
+           a.RangeSet == b.RangeSet && a.Fitted == b.Fitted && a.LeftMarkX == b.LeftMarkX &&
+           a.RightMarkX == b.RightMarkX && a.LeftHJD == b.LeftHJD && a.RightHJD == b.RightHJD;
 }
 
 void addStyles()
@@ -85,12 +85,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("right");
         QTest::addColumn<QString>("fitted");
         QTest::addColumn<QString>("undone");
-        QTest::newRow("frmPlott1") << "parabola" << "Fit Parabola - RIGHT-CLICK AT START (left end) OF RANGE."
+        QTest::newRow("frmPlott1") << "parabola"
+                                   << "Fit Parabola - RIGHT-CLICK AT START (left end) OF RANGE."
                                    << "Fit Parabola - RIGHT-CLICK AT (right) END OF RANGE."
                                    << "Fit Parabola - CLICK 'Fit Parabola', OR 'Undo' TO START OVER."
                                    << "Fit Parabola - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."
                                    << "Fit Parabola - RIGHT-CLICK AT START OF RANGE.";
-        QTest::newRow("frmPlott4") << "kwee" << "Kwee & van Woerden - RIGHT-CLICK AT START (left end) OF RANGE."
+        QTest::newRow("frmPlott4") << "kwee"
+                                   << "Kwee & van Woerden - RIGHT-CLICK AT START (left end) OF RANGE."
                                    << "Kwee & van Woerden - RIGHT-CLICK AT (right) END OF RANGE."
                                    << "Kwee & van Woerden - CLICK 'Fit Kwee'; OR 'Undo' TO START OVER."
                                    << "Kwee & van Woerden - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."
@@ -321,8 +323,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("style");
         QTest::addColumn<QString>("leftLabel");
         QTest::addColumn<QString>("rightLabel");
-        QTest::newRow("frmPlott1") << "parabola" << " 4" << "   8";
-        QTest::newRow("frmPlott4") << "kwee" << " 4" << " 8";
+        QTest::newRow("frmPlott1") << "parabola"
+                                   << " 4"
+                                   << "   8";
+        QTest::newRow("frmPlott4") << "kwee"
+                                   << " 4"
+                                   << " 8";
     }
     void clickAtAPointsTimeExcludesIt()
     {
@@ -342,8 +348,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("style");
         QTest::addColumn<QString>("rightLabel");
-        QTest::newRow("frmPlott1 pads to 4") << "parabola" << "  12";
-        QTest::newRow("frmPlott4 leaves the sign blank") << "kwee" << " 12";
+        QTest::newRow("frmPlott1 pads to 4") << "parabola"
+                                             << "  12";
+        QTest::newRow("frmPlott4 leaves the sign blank") << "kwee"
+                                                         << " 12";
     }
     void labelsOfTwoDigitIndexes()
     {

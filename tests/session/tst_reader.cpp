@@ -88,10 +88,7 @@ void ReaderTest::thousandRowsLoad()
     QCOMPARE(S().HJD(1000), 1.0);
 }
 
-void ReaderTest::thousandAndOneRowsFail()
-{
-    DIP_EXPECT_RUNTIME_ERROR(test::loadText(rows(1001)), 9);
-}
+void ReaderTest::thousandAndOneRowsFail() { DIP_EXPECT_RUNTIME_ERROR(test::loadText(rows(1001)), 9); }
 
 void ReaderTest::sixCommasGiveMinusOne()
 {

@@ -17,9 +17,9 @@ namespace {
 QByteArray randomFile(QRandomGenerator& rng)
 {
     static const char* const pieces[] = {
-        "0",  "1",   "2.5", "-", "+", ".",  ",",   ",,",  "\"",   "\"x\"", "E",      "e+9", "1E999", "-1e-400",
-        " ",  "\t",  "\n",  "\r", "\r\n", "HJD", "Mag", "abc", "0.123456789", "99999999", "2459123.4567", "12.34",
-        "&H", "1D3", "\"2.5\"", "\"a,b\"", "nan", "inf"};
+        "0",           "1",        "2.5",          "-",     "+",  ".",   ",",       ",,",      "\"",  "\"x\"", "E",
+        "e+9",         "1E999",    "-1e-400",      " ",     "\t", "\n",  "\r",      "\r\n",    "HJD", "Mag",   "abc",
+        "0.123456789", "99999999", "2459123.4567", "12.34", "&H", "1D3", "\"2.5\"", "\"a,b\"", "nan", "inf"};
     QByteArray out;
     const int kind = static_cast<int>(rng.bounded(6));
     const int length = static_cast<int>(rng.bounded(kind == 5 ? 5000 : 300));
@@ -91,7 +91,10 @@ void ReaderFuzzTest::randomFilesLoadOrFailCleanly()
         } catch (const rt::RuntimeError& e) {
             ++failed;
             if (!allowed.count(e.number()))
-                QFAIL(qPrintable(QStringLiteral("file %1 raised %2: %3").arg(i).arg(e.number()).arg(QString::fromLatin1(content.toHex()))));
+                QFAIL(qPrintable(QStringLiteral("file %1 raised %2: %3")
+                                     .arg(i)
+                                     .arg(e.number())
+                                     .arg(QString::fromLatin1(content.toHex()))));
         }
     }
     // Every outcome occurs, so the generator reaches all the reader's paths.

@@ -12,10 +12,7 @@
 
 namespace dip::test {
 
-inline bool isColour(const QColor& c, Rgb rgb)
-{
-    return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b;
-}
+inline bool isColour(const QColor& c, Rgb rgb) { return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b; }
 
 // Whether a pixel of the colour lies within one pixel of the form position (a point's disc is
 // one pixel in radius; a grid line drawn later may cover one column of it).

@@ -16,27 +16,27 @@ namespace dip::test {
 // Relative comparison that also handles zero: |a - b| <= rel * max(|a|, |b|), or both zero.
 bool closeTo(double actual, double expected, double rel);
 
-#define DIP_COMPARE_REL(actual, expected, rel)                                                               \
-    do {                                                                                                     \
-        const double a_ = (actual), e_ = (expected);                                                         \
-        if (!dip::test::closeTo(a_, e_, (rel)))                                                              \
-            QFAIL(qPrintable(QStringLiteral("%1 = %2, expected %3 (rel %4)")                                 \
-                                 .arg(QStringLiteral(#actual))                                               \
-                                 .arg(a_, 0, 'g', 17)                                                        \
-                                 .arg(e_, 0, 'g', 17)                                                        \
-                                 .arg(double(rel))));                                                        \
+#define DIP_COMPARE_REL(actual, expected, rel)                                                                         \
+    do {                                                                                                               \
+        const double a_ = (actual), e_ = (expected);                                                                   \
+        if (!dip::test::closeTo(a_, e_, (rel)))                                                                        \
+            QFAIL(qPrintable(QStringLiteral("%1 = %2, expected %3 (rel %4)")                                           \
+                                 .arg(QStringLiteral(#actual))                                                         \
+                                 .arg(a_, 0, 'g', 17)                                                                  \
+                                 .arg(e_, 0, 'g', 17)                                                                  \
+                                 .arg(double(rel))));                                                                  \
     } while (false)
 
 // Expects fn to raise runtime error number.
-#define DIP_EXPECT_RUNTIME_ERROR(statement, errorNumber)                                                     \
-    do {                                                                                                     \
-        int got_ = 0;                                                                                        \
-        try {                                                                                                \
-            statement;                                                                                       \
-        } catch (const rt::RuntimeError& e_) {                                                               \
-            got_ = e_.number();                                                                              \
-        }                                                                                                    \
-        QCOMPARE(got_, (errorNumber));                                                                       \
+#define DIP_EXPECT_RUNTIME_ERROR(statement, errorNumber)                                                               \
+    do {                                                                                                               \
+        int got_ = 0;                                                                                                  \
+        try {                                                                                                          \
+            statement;                                                                                                 \
+        } catch (const rt::RuntimeError& e_) {                                                                         \
+            got_ = e_.number();                                                                                        \
+        }                                                                                                              \
+        QCOMPARE(got_, (errorNumber));                                                                                 \
     } while (false)
 
 // Records every message box shown while it lives, instead of showing it.

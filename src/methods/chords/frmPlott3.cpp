@@ -23,8 +23,7 @@ frmPlott3::frmPlott3()
                     {C::Label, "Label14", "", 480, 5200, 2},
                     {C::Button, "Command2", "Undo", 0, 5700, 0},
                     {C::Button, "Command3", "Done", 0, 7200, 0}})
-{
-}
+{}
 
 frmPlott3& frmPlott3::form()
 {

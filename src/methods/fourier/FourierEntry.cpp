@@ -5,9 +5,6 @@
 
 namespace dip {
 
-void StartFourier()
-{
-    frmPlott5::instance().start();
-}
+void StartFourier() { frmPlott5::instance().start(); }
 
 } // namespace dip

@@ -156,8 +156,8 @@ FourierFitOutcome fitFourier(FourierView& view)
     do {
         ++c;
         old = f.Chisq;
-        MarquardtStep(f.FitX, f.FitY, f.FitSig, n, f.FitA, parameterCount, f.Lista, parameterCount, f.Covar,
-                      f.Alpha, parameterCount, f.Chisq, f.Alamda);
+        MarquardtStep(f.FitX, f.FitY, f.FitSig, n, f.FitA, parameterCount, f.Lista, parameterCount, f.Covar, f.Alpha,
+                      parameterCount, f.Chisq, f.Alamda);
     } while (!((f.Chisq < old && f.Chisq > 0.9 * old) || c > 500));
 
     // The covariance call gets a damping of its own, so Alamda keeps its last value.

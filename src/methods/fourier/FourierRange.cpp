@@ -27,8 +27,8 @@ void pickFourierEnd(FourierView& view, const Click& click)
         // The side is decided by where the click falls, not by the order of the clicks: the
         // point index under it, estimated from its place across the plot, against the deepest
         // point. A replayed click at time t lies at (t - HJDMin) / HJDRange across the box.
-        const double fraction = click.exactTime ? rt::div(t - s.HJDMin, s.HJDRange)
-                                                : rt::div(click.X - s.PlotLeft, s.PlotWidth);
+        const double fraction =
+            click.exactTime ? rt::div(t - s.HJDMin, s.HJDRange) : rt::div(click.X - s.PlotLeft, s.PlotWidth);
         const Integer estimate = rt::CInt(s.RangeFirst + rt::i16(s.RangeLast - s.RangeFirst) * fraction);
         if (estimate < s.IdxMagMax) {
             // The old marker is painted over in white, even before any was drawn (at x = 0).

@@ -35,10 +35,7 @@ frmPlott5& frmPlott5::instance()
     return *created();
 }
 
-frmPlott5* frmPlott5::existing()
-{
-    return created().data();
-}
+frmPlott5* frmPlott5::existing() { return created().data(); }
 
 frmPlott5::frmPlott5()
     : PlotWindow(5), m_view{*this, [this] {
@@ -126,15 +123,9 @@ void frmPlott5::Form_Resize()
     redrawFourierWindow(m_view);
 }
 
-void frmPlott5::Form_MouseDown(int button, int, double x, double y)
-{
-    fourierMouseDown(m_view, button, x, y);
-}
+void frmPlott5::Form_MouseDown(int button, int, double x, double y) { fourierMouseDown(m_view, button, x, y); }
 
-void frmPlott5::Form_MouseMove(int, int, double x, double y)
-{
-    setMousePointer(int(pointerAt(x, y)));
-}
+void frmPlott5::Form_MouseMove(int, int, double x, double y) { setMousePointer(int(pointerAt(x, y))); }
 
 // The window taking or losing the focus redraws. The activation that comes with showing the
 // window is not a change of focus of its own: the method button has just drawn the plot with
@@ -168,35 +159,17 @@ void frmPlott5::Text1_Change(int index)
         fourierParEdited(index);
 }
 
-void frmPlott5::Command1_Click()
-{
-    updateFourier(m_view);
-}
+void frmPlott5::Command1_Click() { updateFourier(m_view); }
 
-void frmPlott5::Command2_Click()
-{
-    fitFourier(m_view);
-}
+void frmPlott5::Command2_Click() { fitFourier(m_view); }
 
-void frmPlott5::Command3_Click()
-{
-    undoFourier(m_view);
-}
+void frmPlott5::Command3_Click() { undoFourier(m_view); }
 
 // The results stay in the main window.
-void frmPlott5::Command4_Click()
-{
-    hide();
-}
+void frmPlott5::Command4_Click() { hide(); }
 
-void frmPlott5::Form_GotFocus()
-{
-    redrawFourierWindow(m_view);
-}
+void frmPlott5::Form_GotFocus() { redrawFourierWindow(m_view); }
 
-void frmPlott5::Form_LostFocus()
-{
-    redrawFourierWindow(m_view);
-}
+void frmPlott5::Form_LostFocus() { redrawFourierWindow(m_view); }
 
 } // namespace dip

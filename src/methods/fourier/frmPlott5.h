@@ -64,8 +64,8 @@ private:
     bool m_suppressChange = false;
     // The next activation is the one that showing the window brings.
     bool m_activatedByShow = false;
-    std::array<QLabel*, 9> m_captions{};   // Label11..Label18 at 1..8
-    std::array<QLineEdit*, 9> m_text1{};   // Text1(1..8)
+    std::array<QLabel*, 9> m_captions{}; // Label11..Label18 at 1..8
+    std::array<QLineEdit*, 9> m_text1{}; // Text1(1..8)
     QLabel* m_label7;
     QLabel* m_label8;
     QLabel* m_label9;

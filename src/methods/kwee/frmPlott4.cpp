@@ -23,8 +23,7 @@ frmPlott4::frmPlott4()
                     {C::TextBox, "Text2", ".9", 800, 4700, 2},
                     {C::Button, "Command2", "Undo", 0, 5700, 0},
                     {C::Button, "Command3", "Done", 0, 7200, 0}})
-{
-}
+{}
 
 frmPlott4& frmPlott4::form()
 {

@@ -50,9 +50,9 @@ void FourierModel(double x, const ParVector& a, double& y, ParVector& dyda, Inte
 
 // Curvature matrix alpha (mfit x mfit, symmetric), gradient beta (column 1) and chi-square of
 // the parameters a over the points 1..ndata.
-void MarquardtCoefficients(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata,
-                           const ParVector& a, Integer ma, const ParList& lista, Integer mfit, ParMatrix& alpha,
-                           ParMatrix& beta, Integer nalp, double& chisq);
+void MarquardtCoefficients(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata, const ParVector& a,
+                           Integer ma, const ParList& lista, Integer mfit, ParMatrix& alpha, ParMatrix& beta,
+                           Integer nalp, double& chisq);
 
 // Solves a X = b in place by Gauss-Jordan elimination with full pivoting: a (n x n) becomes
 // its inverse and b (n x m) the solution. np and mp are the declared sizes, carried along.
@@ -66,8 +66,8 @@ void SortCovariance(ParMatrix& covar, Integer ncvm, Integer ma, const ParList& l
 // finishes it: covar becomes the covariance matrix and nothing else changes. Otherwise a
 // trial is made and accepted when its chi-square is not above the last accepted one (damping
 // divided by 10) or rejected (damping times 10, chisq set back to the accepted value).
-void MarquardtStep(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata, ParVector& a,
-                   Integer ma, ParList& lista, Integer mfit, ParMatrix& covar, ParMatrix& alpha, Integer nca,
-                   double& chisq, double& alamda);
+void MarquardtStep(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata, ParVector& a, Integer ma,
+                   ParList& lista, Integer mfit, ParMatrix& covar, ParMatrix& alpha, Integer nca, double& chisq,
+                   double& alamda);
 
 } // namespace dip

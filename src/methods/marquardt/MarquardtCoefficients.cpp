@@ -114,9 +114,9 @@ MarquardtCounts& marquardtCounts()
 // Press et al., Numerical Recipes, mrqcof: alpha = sum_i dm/da_j dm/da_k / sig_i^2 (the
 // curvature matrix, half the Hessian of chi-square), beta = sum_i (y_i - m_i) dm/da_j / sig_i^2
 // and chi-square = sum_i (y_i - m_i)^2 / sig_i^2. Each sum runs over the points in order.
-void MarquardtCoefficients(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata,
-                           const ParVector& a, Integer /*ma*/, const ParList& lista, Integer mfit, ParMatrix& alpha,
-                           ParMatrix& beta, Integer /*nalp*/, double& chisq)
+void MarquardtCoefficients(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata, const ParVector& a,
+                           Integer /*ma*/, const ParList& lista, Integer mfit, ParMatrix& alpha, ParMatrix& beta,
+                           Integer /*nalp*/, double& chisq)
 {
     for (int j = 1; j <= mfit; ++j) {
         for (int k = 1; k <= j; ++k)

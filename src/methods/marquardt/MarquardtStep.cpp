@@ -46,9 +46,9 @@ bool checkPermutation(ParList& lista, Integer ma, Integer mfit)
 // (alpha + alamda diag(alpha)) da = beta give the trial step; a trial whose chi-square is not
 // above the last accepted one is taken (equality included, so a step that changes nothing is
 // accepted and the damping still falls), any other is refused and the damping rises.
-void MarquardtStep(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata, ParVector& a,
-                   Integer ma, ParList& lista, Integer mfit, ParMatrix& covar, ParMatrix& alpha, Integer nca,
-                   double& chisq, double& alamda)
+void MarquardtStep(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata, ParVector& a, Integer ma,
+                   ParList& lista, Integer mfit, ParMatrix& covar, ParMatrix& alpha, Integer nca, double& chisq,
+                   double& alamda)
 {
     MarquardtWork& w = marquardtWork();
 

@@ -10,8 +10,8 @@ namespace dip {
 using rt::fin;
 using rt::i16;
 
-ParabolaFitResult FitParabola(const rt::ObsArray& t, const rt::ObsArray& y, rt::Integer /*count*/,
-                              rt::Integer first, rt::Integer last)
+ParabolaFitResult FitParabola(const rt::ObsArray& t, const rt::ObsArray& y, rt::Integer /*count*/, rt::Integer first,
+                              rt::Integer last)
 {
     const rt::Integer n = i16(last - first + 1);
 

@@ -21,8 +21,7 @@ frmPlott1::frmPlott1()
                     {C::TextBox, "Text1", "", 0, 3960, 2},
                     {C::Button, "Command2", "Undo", 0, 5700, 0},
                     {C::Button, "Command3", "Done", 0, 7200, 0}})
-{
-}
+{}
 
 frmPlott1& frmPlott1::form()
 {

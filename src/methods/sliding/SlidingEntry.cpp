@@ -6,9 +6,6 @@
 namespace dip {
 
 // No window: the button computes at once and publishes into the main window.
-void StartSliding()
-{
-    RunSlidingIntegrations();
-}
+void StartSliding() { RunSlidingIntegrations(); }
 
 } // namespace dip

@@ -40,20 +40,11 @@ TracingPaperMemory& memoryWindow()
 
 } // namespace
 
-void setTracingPaperWindow(FormPort* form, TracingPaperControls* controls)
-{
-    current() = Window{form, controls};
-}
+void setTracingPaperWindow(FormPort* form, TracingPaperControls* controls) { current() = Window{form, controls}; }
 
-FormPort& tracingPaperForm()
-{
-    return current().form ? *current().form : memoryWindow();
-}
+FormPort& tracingPaperForm() { return current().form ? *current().form : memoryWindow(); }
 
-TracingPaperControls& tracingPaperControls()
-{
-    return current().controls ? *current().controls : memoryWindow();
-}
+TracingPaperControls& tracingPaperControls() { return current().controls ? *current().controls : memoryWindow(); }
 
 QString tracingPaperCaption()
 {
@@ -223,21 +214,11 @@ void SmoothFold()
     Session& s = S();
     int width = 0;
     switch (s.AvgPoints) {
-    case 1:
-        width = 3;
-        break;
-    case 3:
-        width = 5;
-        break;
-    case 5:
-        width = 7;
-        break;
-    case 7:
-        width = 9;
-        break;
-    default:
-        PlotTracingPaper();
-        return;
+    case 1: width = 3; break;
+    case 3: width = 5; break;
+    case 5: width = 7; break;
+    case 7: width = 9; break;
+    default: PlotTracingPaper(); return;
     }
     // Running means over the unsmoothed Mag. Entries nearer than k to either end are not
     // written and keep the previous level's value: the graded ends are deliberate.

@@ -37,27 +37,13 @@ protected:
     void keyPressEvent(QKeyEvent* event) override
     {
         switch (event->key()) {
-        case Qt::Key_Left:
-            triggerAction(SliderSingleStepSub);
-            break;
-        case Qt::Key_Right:
-            triggerAction(SliderSingleStepAdd);
-            break;
-        case Qt::Key_PageUp:
-            triggerAction(SliderPageStepSub);
-            break;
-        case Qt::Key_PageDown:
-            triggerAction(SliderPageStepAdd);
-            break;
-        case Qt::Key_Home:
-            triggerAction(SliderToMinimum);
-            break;
-        case Qt::Key_End:
-            triggerAction(SliderToMaximum);
-            break;
-        default:
-            QScrollBar::keyPressEvent(event);
-            return;
+        case Qt::Key_Left: triggerAction(SliderSingleStepSub); break;
+        case Qt::Key_Right: triggerAction(SliderSingleStepAdd); break;
+        case Qt::Key_PageUp: triggerAction(SliderPageStepSub); break;
+        case Qt::Key_PageDown: triggerAction(SliderPageStepAdd); break;
+        case Qt::Key_Home: triggerAction(SliderToMinimum); break;
+        case Qt::Key_End: triggerAction(SliderToMaximum); break;
+        default: QScrollBar::keyPressEvent(event); return;
         }
         event->accept();
     }
@@ -72,10 +58,7 @@ frmPlott2& frmPlott2::instance()
     return *created();
 }
 
-frmPlott2* frmPlott2::existing()
-{
-    return created().data();
-}
+frmPlott2* frmPlott2::existing() { return created().data(); }
 
 frmPlott2::frmPlott2() : PlotWindow(2)
 {
@@ -137,56 +120,26 @@ void frmPlott2::Form_Resize()
     PlotTracingPaper();
 }
 
-void frmPlott2::showForm()
-{
-    PlotWindow::showForm();
-}
+void frmPlott2::showForm() { PlotWindow::showForm(); }
 
-void frmPlott2::moveControl(const QString& name, double left, double top)
-{
-    PlotWindow::moveControl(name, left, top);
-}
+void frmPlott2::moveControl(const QString& name, double left, double top) { PlotWindow::moveControl(name, left, top); }
 
-int frmPlott2::scrollValue() const
-{
-    return m_scroll->value();
-}
+int frmPlott2::scrollValue() const { return m_scroll->value(); }
 
-void frmPlott2::setScrollValue(int value)
-{
-    m_scroll->setValue(value);
-}
+void frmPlott2::setScrollValue(int value) { m_scroll->setValue(value); }
 
-void frmPlott2::HScroll1_Scroll()
-{
-    FoldFromScrollBar();
-}
+void frmPlott2::HScroll1_Scroll() { FoldFromScrollBar(); }
 
 // Arrow clicks, trough clicks, keys and drags all act alike.
-void frmPlott2::HScroll1_Change()
-{
-    HScroll1_Scroll();
-}
+void frmPlott2::HScroll1_Change() { HScroll1_Scroll(); }
 
-void frmPlott2::Command1_Click()
-{
-    UpdateFold();
-}
+void frmPlott2::Command1_Click() { UpdateFold(); }
 
-void frmPlott2::Command2_Click()
-{
-    SmoothFold();
-}
+void frmPlott2::Command2_Click() { SmoothFold(); }
 
-void frmPlott2::Command3_Click()
-{
-    UndoSmoothFold();
-}
+void frmPlott2::Command3_Click() { UndoSmoothFold(); }
 
 // The published result stays in the main window.
-void frmPlott2::Command4_Click()
-{
-    hide();
-}
+void frmPlott2::Command4_Click() { hide(); }
 
 } // namespace dip
