@@ -91,7 +91,7 @@ void windowPictures(dip::frmMain& window, const QString& folder)
     save(parabola, folder, QStringLiteral("parabolic-fit.png"));
 
     click(&window, QStringLiteral("Command2"));
-    dip::frmPlott2& tracing = dip::frmPlott2::instance();
+    dip::frmPlott2& tracing = dip::frmPlott2::form();
     tracing.findChild<QLineEdit*>(QStringLiteral("Text1"))->setText(QString::fromLatin1(tracingFold));
     click(&tracing, QStringLiteral("Command1"));
     save(tracing, folder, QStringLiteral("tracing-paper.png"));
@@ -111,7 +111,7 @@ void windowPictures(dip::frmMain& window, const QString& folder)
     save(kwee, folder, QStringLiteral("kwee-van-woerden.png"));
 
     click(&window, QStringLiteral("Command5"));
-    dip::frmPlott5& fourier = dip::frmPlott5::instance();
+    dip::frmPlott5& fourier = dip::frmPlott5::form();
     for (const double t : fourierClicks)
         rightClickAt(fourier, t);
     for (int k = 1; k <= 8; ++k)

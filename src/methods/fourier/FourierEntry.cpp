@@ -5,6 +5,6 @@
 
 namespace dip {
 
-void StartFourier() { frmPlott5::instance().start(); }
+void StartFourier() { frmPlott5::form().start(); }
 
 } // namespace dip

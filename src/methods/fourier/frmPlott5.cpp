@@ -28,7 +28,7 @@ constexpr double LabelHeight = 255;
 
 } // namespace
 
-frmPlott5& frmPlott5::instance()
+frmPlott5& frmPlott5::form()
 {
     if (!created())
         created() = new frmPlott5;

@@ -21,7 +21,7 @@ class frmPlott5 : public PlotWindow {
     Q_OBJECT
 public:
     // The window, created on first use; it is only hidden between uses.
-    static frmPlott5& instance();
+    static frmPlott5& form();
     // The window if it has been created, else nullptr.
     static frmPlott5* existing();
 

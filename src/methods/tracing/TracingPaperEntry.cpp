@@ -8,7 +8,7 @@ namespace dip {
 
 void StartTracingPaper()
 {
-    frmPlott2& form = frmPlott2::instance();
+    frmPlott2& form = frmPlott2::form();
     setTracingPaperWindow(&form, &form);
     OpenTracingPaper();
 }

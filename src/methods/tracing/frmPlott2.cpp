@@ -51,7 +51,7 @@ protected:
 
 } // namespace
 
-frmPlott2& frmPlott2::instance()
+frmPlott2& frmPlott2::form()
 {
     if (!created())
         created() = new frmPlott2;

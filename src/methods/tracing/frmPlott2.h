@@ -20,7 +20,7 @@ class frmPlott2 : public PlotWindow, public TracingPaperControls {
     Q_OBJECT
 public:
     // The window, created on first use; it is only hidden between uses.
-    static frmPlott2& instance();
+    static frmPlott2& form();
     // The window if it has been created, else nullptr.
     static frmPlott2* existing();
 
