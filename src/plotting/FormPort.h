@@ -35,6 +35,9 @@ constexpr Rgb curveGrey{200, 200, 200}; // the parabola outside the picked times
 class Canvas {
 public:
     virtual ~Canvas();
+    // False for a form that draws nothing (the console tool's): whatever only a drawing
+    // computes, and could fail on, is skipped there.
+    virtual bool drawsAnything() const { return true; }
     virtual void cls() = 0;
     virtual void setForeColor(Rgb colour) = 0;
     // A line between two points; the pen ends at (x2, y2).
@@ -70,6 +73,7 @@ public:
 // Texts in memory, no drawing. The form size defaults to a plot window of 9000 x 6000 twips.
 class FormMemory : public FormPort {
 public:
+    bool drawsAnything() const override { return false; }
     void cls() override {}
     void setForeColor(Rgb) override {}
     void line(double, double, double, double) override {}

@@ -11,7 +11,7 @@ namespace dip {
 void DrawMethodPlot(FormPort& form)
 {
     SetStandardPlotBox(form.formWidth(), form.formHeight());
-    if (!drawsOnScreen(form))
+    if (!form.drawsAnything())
         return;
     form.cls();
     const PlotScale scale = CurrentScale();

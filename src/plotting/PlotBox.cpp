@@ -45,13 +45,13 @@ void SetStandardPlotBox(double formWidth, double formHeight)
 double PlotX(const PlotScale& scale, double t)
 {
     const Session& s = S();
-    return s.PlotLeft + rt::div(rt::fin(s.PlotWidth * (t - scale.t0)), scale.tr);
+    return rt::fin(s.PlotLeft + rt::div(rt::fin(s.PlotWidth * (t - scale.t0)), scale.tr));
 }
 
 double PlotY(const PlotScale& scale, double m)
 {
     const Session& s = S();
-    return s.PlotTop + rt::div(rt::fin(s.PlotHeight * (m - scale.m0)), scale.mr);
+    return rt::fin(s.PlotTop + rt::div(rt::fin(s.PlotHeight * (m - scale.m0)), scale.mr));
 }
 
 double PlotTimeAt(const PlotScale& scale, double x)

@@ -2,10 +2,9 @@
 // Copyright (c) the Dipscope developers
 #include "plotting/RangePicking.h"
 
+#include "plotting/PlotBox.h"
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
-
-#include <typeinfo>
 
 namespace dip {
 
@@ -74,11 +73,7 @@ Integer searchLastBefore(double t)
     return i < 1 ? Integer(0) : i;
 }
 
-double markerX(double t)
-{
-    const Session& s = S();
-    return rt::fin(s.PlotLeft + rt::div(s.PlotWidth * (t - s.HJDMin), s.HJDRange));
-}
+double markerX(double t) { return PlotX(CurrentScale(), t); }
 
 void drawMarker(Canvas& canvas, double x, Rgb colour)
 {
@@ -96,7 +91,6 @@ MousePointer pointerAt(double x, double y)
 }
 
 // A plain FormMemory, not a form built on it that records what it is given.
-bool drawsOnScreen(const Canvas& canvas) { return typeid(canvas) != typeid(FormMemory); }
 
 const RangePickStyle& parabolaRangeStyle()
 {

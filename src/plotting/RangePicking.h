@@ -63,11 +63,6 @@ void drawMarker(Canvas& canvas, double x, Rgb colour = colours::purple);
 enum class MousePointer { Arrow = 1, Cross = 2 };
 MousePointer pointerAt(double x, double y);
 
-// Whether a form draws at all: a plain FormMemory (the console tool's) draws nothing, so
-// whatever only a drawing computes (and could fail on) is skipped there. Forms built on it to
-// record the drawing count as drawing.
-bool drawsOnScreen(const Canvas& canvas);
-
 // What differs between the two-end pickers of frmPlott1 and frmPlott4.
 struct RangePickStyle {
     QString loadPrompt;

@@ -638,12 +638,12 @@ private Q_SLOTS:
         QCOMPARE(searchLastBefore(9.0), rt::Integer(0));
     }
 
-    void drawsOnScreenOnlyForRealForms()
+    void onlyTheConsoleFormDrawsNothing()
     {
         FormMemory memory;
         CanvasRecorder recording;
-        QVERIFY(!drawsOnScreen(memory));
-        QVERIFY(drawsOnScreen(recording));
+        QVERIFY(!memory.drawsAnything());
+        QVERIFY(recording.drawsAnything());
     }
 };
 

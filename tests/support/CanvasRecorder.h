@@ -21,6 +21,8 @@ public:
     using Form::textHeight;
     using Form::textWidth;
 
+    bool drawsAnything() const override { return true; }
+
     struct Line {
         Rgb colour;
         double x1, y1, x2, y2;

@@ -15,7 +15,7 @@ void PlotFourierLightCurve(FormPort& form)
     const Session& s = S();
     SetPlotBox(FourierPlotLeft, form.formWidth() - FourierRightMargin, FourierPlotTop,
                form.formHeight() - FourierBottomMargin);
-    if (!drawsOnScreen(form))
+    if (!form.drawsAnything())
         return;
     form.cls();
     DrawAxes(form, CurrentScale(), s.HJDRange, s.HJDMax);
@@ -40,7 +40,7 @@ void DrawFourierCurve(FormPort& form)
     }
 
     // Thick: every segment drawn 21 times, shifted vertically by -10 .. +10 twips.
-    if (!drawsOnScreen(form))
+    if (!form.drawsAnything())
         return;
     const PlotScale scale = CurrentScale();
     form.setForeColor(colours::blue);
@@ -58,7 +58,7 @@ void DrawFourierCurve(FormPort& form)
 
 void RedrawFourierCurve(FormPort& form)
 {
-    if (!drawsOnScreen(form))
+    if (!form.drawsAnything())
         return;
     const FourierState& f = S().Fourier;
     const PlotScale scale = CurrentScale();

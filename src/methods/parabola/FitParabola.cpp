@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "methods/parabola/FitParabola.h"
 
+#include "plotting/PlotBox.h"
 #include "runtime/Numeric.h"
 #include "session/Session.h"
 
@@ -78,14 +79,15 @@ void PlotParabolaFit(Canvas& canvas)
 {
     Session& s = S();
     const double step = rt::div(s.HJDRange, 100);
+    const PlotScale scale = CurrentScale();
     double x[101];
     double y[101];
     for (int k = 0; k <= 100; ++k) {
         const double t = fin(s.HJDMin + step * k);
         s.FitCurveT(k) = t;
         s.FitCurveMag(k) = fin((s.ParabC * t + s.ParabB) * t + s.ParabA0);
-        x[k] = fin(s.PlotLeft + rt::div(s.PlotWidth * (t - s.HJDMin), s.HJDRange));
-        y[k] = fin(s.PlotTop + rt::div(s.PlotHeight * (s.FitCurveMag(k) - s.MagMin), s.MagRange));
+        x[k] = PlotX(scale, t);
+        y[k] = PlotY(scale, s.FitCurveMag(k));
     }
 
     // The pen starts at sample 0, set in whatever colour is current.

@@ -18,7 +18,7 @@ void ParabolaRedrawOverlays(FormPort& form)
     RangePicker picker = parabolaPicker(form);
     if (picker.pick().RangeSet != 0)
         picker.redrawMarkers();
-    if (picker.pick().Fitted != 0 && drawsOnScreen(form))
+    if (picker.pick().Fitted != 0 && form.drawsAnything())
         PlotParabolaFit(form);
 }
 
@@ -42,7 +42,7 @@ std::optional<ParabolaFitResult> ParabolaFitClick(FormPort& form)
     pick.Fitted = rt::True;
 
     PublishResult(1, fit.time, ParabolaError(fit));
-    if (drawsOnScreen(form))
+    if (form.drawsAnything())
         PlotParabolaFit(form);
     // This window's RMS box keeps its leading blanks: right-aligned in 8.
     form.setControlText(QStringLiteral("Text1"), FormatFixed(fit.rms, 8, 3));
