@@ -4,7 +4,7 @@
 // curve, each replayed as the console tool does: method button, right-clicks, compute button.
 #include "BenchSupport.h"
 
-#include "app/Replay.h"
+#include "methods/Replay.h"
 #include "mainwindow/StartUp.h"
 #include "session/LoadDataFile.h"
 #include "session/MainForm.h"

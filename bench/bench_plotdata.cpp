@@ -5,8 +5,8 @@
 #include "BenchSupport.h"
 
 #include "mainwindow/StartUp.h"
-#include "plotting/PlotDataEntry.h"
-#include "plotting/frmPlotData.h"
+#include "plotting/gui/PlotDataEntry.h"
+#include "plotting/gui/frmPlotData.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
 

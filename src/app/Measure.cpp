@@ -2,7 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "app/Measure.h"
 
-#include "app/Replay.h"
+#include "methods/Replay.h"
 #include "mainwindow/Means.h"
 #include "mainwindow/StartUp.h"
 #include "runtime/MsgBox.h"

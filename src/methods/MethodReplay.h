@@ -5,7 +5,7 @@
 // The part of a replayed session that the range-picking methods share: the method button on
 // the window's first opening and the right-clicks at the given times.
 
-#include "app/Replay.h"
+#include "methods/Replay.h"
 #include "plotting/FormPort.h"
 #include "plotting/RangePicking.h"
 

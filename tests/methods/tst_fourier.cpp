@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 #include "app/MeasureRun.h"
-#include "app/Replay.h"
+#include "methods/Replay.h"
 #include "methods/fourier/FourierFit.h"
 #include "methods/marquardt/Marquardt.h"
 #include "runtime/Numeric.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "app/Replay.h"
+#include "methods/Replay.h"
 #include "methods/fourier/FourierFit.h"
 #include "session/Session.h"
 

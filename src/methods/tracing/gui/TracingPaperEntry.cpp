@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "methods/gui/MethodEntries.h"
+#include "methods/tracing/TracingPaper.h"
+#include "methods/tracing/gui/frmPlott2.h"
+
+namespace dip {
+
+void StartTracingPaper()
+{
+    frmPlott2& form = frmPlott2::form();
+    setTracingPaperWindow(&form, &form);
+    OpenTracingPaper();
+}
+
+} // namespace dip

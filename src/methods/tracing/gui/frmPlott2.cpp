@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "methods/tracing/gui/frmPlott2.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
+
+namespace dip {
+
+namespace {
+
+QPointer<frmPlott2>& created()
+{
+    static QPointer<frmPlott2> form;
+    return form;
+}
+
+// Design sizes in twips. The bar's is the window design's; the others fit their captions
+// between the fixed left positions of the layout.
+constexpr double ScrollWidth = 1095, ScrollHeight = 255;
+constexpr double BoxWidth = 1455, BoxHeight = 315;
+constexpr double ButtonHeight = 375;
+
+// The fold's scroll bar. Keys move it as on a horizontal bar of the desktop: Left and Right by
+// one unit, Page Up and Page Down by a page left and right, Home and End to the ends. (Qt's
+// scroll bars invert the key directions for the sake of vertical ones.)
+class FoldScrollBar : public QScrollBar {
+public:
+    FoldScrollBar() : QScrollBar(Qt::Horizontal) {}
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        switch (event->key()) {
+        case Qt::Key_Left: triggerAction(SliderSingleStepSub); break;
+        case Qt::Key_Right: triggerAction(SliderSingleStepAdd); break;
+        case Qt::Key_PageUp: triggerAction(SliderPageStepSub); break;
+        case Qt::Key_PageDown: triggerAction(SliderPageStepAdd); break;
+        case Qt::Key_Home: triggerAction(SliderToMinimum); break;
+        case Qt::Key_End: triggerAction(SliderToMaximum); break;
+        default: QScrollBar::keyPressEvent(event); return;
+        }
+        event->accept();
+    }
+};
+
+} // namespace
+
+frmPlott2& frmPlott2::form()
+{
+    if (!created())
+        created() = new frmPlott2;
+    return *created();
+}
+
+frmPlott2* frmPlott2::existing() { return created().data(); }
+
+frmPlott2::frmPlott2() : PlotWindow(2)
+{
+    setObjectName(QStringLiteral("frmPlott2"));
+    const double buttons = formHeight() - 1550, bar = formHeight() - 1130;
+    m_label7 = new QLabel;
+    addControl(QStringLiteral("Label7"), m_label7, 240, buttons, 1020, BoxHeight);
+    m_text1 = new QLineEdit;
+    m_text1->setAlignment(Qt::AlignRight);
+    addControl(QStringLiteral("Text1"), m_text1, 1320, buttons, BoxWidth, BoxHeight);
+    m_command1 = new QPushButton;
+    addControl(QStringLiteral("Command1"), m_command1, 2880, buttons, 975, ButtonHeight);
+    m_command2 = new QPushButton;
+    addControl(QStringLiteral("Command2"), m_command2, 3960, buttons, 855, ButtonHeight);
+    m_command3 = new QPushButton;
+    addControl(QStringLiteral("Command3"), m_command3, 4920, buttons, 1335, ButtonHeight);
+    m_command4 = new QPushButton;
+    addControl(QStringLiteral("Command4"), m_command4, 6600, buttons, 975, ButtonHeight);
+    m_scroll = new FoldScrollBar;
+    m_scroll->setRange(ScrollMin, ScrollMax);
+    m_scroll->setSingleStep(1);
+    m_scroll->setPageStep(5);
+    m_scroll->setValue(ScrollCentre);
+    addControl(QStringLiteral("HScroll1"), m_scroll, 240, bar, ScrollWidth, ScrollHeight);
+    m_label8 = new QLabel;
+    addControl(QStringLiteral("Label8"), m_label8, 3960, bar, 2400, BoxHeight);
+    SetTracingPaperDesignTexts(*this);
+
+    connect(m_scroll, &QScrollBar::valueChanged, this, [this] { HScroll1_Change(); });
+    connect(m_command1, &QPushButton::clicked, this, [this] { Command1_Click(); });
+    connect(m_command2, &QPushButton::clicked, this, [this] { Command2_Click(); });
+    connect(m_command3, &QPushButton::clicked, this, [this] { Command3_Click(); });
+    connect(m_command4, &QPushButton::clicked, this, [this] { Command4_Click(); });
+    setTracingPaperWindow(this, this);
+}
+
+frmPlott2::~frmPlott2()
+{
+    if (&tracingPaperForm() == static_cast<FormPort*>(this))
+        setTracingPaperWindow(nullptr, nullptr);
+}
+
+void frmPlott2::Form_Load()
+{
+    // A loaded window starts from its design: texts, and the bar at its centre (its design
+    // value, so setting it raises no change event).
+    SetTracingPaperDesignTexts(*this);
+    restorePlacement();
+    {
+        const QSignalBlocker quiet(m_scroll);
+        m_scroll->setValue(ScrollCentre);
+    }
+    setCaption(tracingPaperCaption());
+}
+
+void frmPlott2::Form_Resize()
+{
+    // The placement is already stored by the base; clear and redraw.
+    PlotTracingPaper();
+}
+
+void frmPlott2::showForm() { PlotWindow::showForm(); }
+
+void frmPlott2::moveControl(const QString& name, double left, double top) { PlotWindow::moveControl(name, left, top); }
+
+int frmPlott2::scrollValue() const { return m_scroll->value(); }
+
+void frmPlott2::setScrollValue(int value) { m_scroll->setValue(value); }
+
+void frmPlott2::HScroll1_Scroll() { FoldFromScrollBar(); }
+
+// Arrow clicks, trough clicks, keys and drags all act alike.
+void frmPlott2::HScroll1_Change() { HScroll1_Scroll(); }
+
+void frmPlott2::Command1_Click() { UpdateFold(); }
+
+void frmPlott2::Command2_Click() { SmoothFold(); }
+
+void frmPlott2::Command3_Click() { UndoSmoothFold(); }
+
+// The published result stays in the main window.
+void frmPlott2::Command4_Click() { hide(); }
+
+} // namespace dip

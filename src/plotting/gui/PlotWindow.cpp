@@ -1,0 +1,386 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "plotting/gui/PlotWindow.h"
+
+#include "plotting/gui/Printing.h"
+#include "runtime/Integer.h"
+#include "runtime/Numeric.h"
+#include "session/Session.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+
+#include <optional>
+
+namespace dip {
+
+// The drawing surface: a persistent picture in device pixels, painted as it stands.
+class PlotSurface : public QWidget {
+public:
+    explicit PlotSurface(PlotWindow* form) : QWidget(form), m_form(form)
+    {
+        setMouseTracking(true);
+        setAutoFillBackground(false);
+    }
+
+    QImage image;
+    Rgb foreColor = colours::black;
+    QPointF pen; // twips
+
+    void ensureSize()
+    {
+        const qreal dpr = devicePixelRatioF();
+        const QSize needed = (QSizeF(size()) * dpr).toSize().expandedTo(QSize(1, 1));
+        if (!image.isNull() && image.size().width() >= needed.width() && image.size().height() >= needed.height() &&
+            image.devicePixelRatio() == dpr)
+            return;
+        finish();
+        // The picture only grows, as a form's persistent picture does, so a window made
+        // smaller and larger again keeps what was drawn.
+        QImage grown(needed.expandedTo(image.isNull() ? QSize(1, 1) : image.size()), QImage::Format_RGB32);
+        grown.setDevicePixelRatio(dpr);
+        grown.fill(Qt::white);
+        if (!image.isNull()) {
+            QPainter p(&grown);
+            p.drawImage(QPointF(0, 0), image);
+        }
+        image = grown;
+    }
+
+    // The painter on the picture, in twips and the current colour. It stays open between
+    // primitives, since opening one per line would cost more than the line; finish() closes it
+    // before the picture is shown, read or replaced.
+    QPainter& painter()
+    {
+        if (!m_painter.isActive()) {
+            ensureSize();
+            m_painter.begin(&image);
+            // Twips to logical pixels; the image's device pixel ratio maps those onto the device.
+            m_painter.scale(1.0 / TwipsPerPixel, 1.0 / TwipsPerPixel);
+            m_painter.setRenderHint(QPainter::Antialiasing, false);
+            m_penColour.reset();
+        }
+        if (!m_penColour || !(*m_penColour == foreColor)) {
+            QPen pen(QColor(foreColor.r, foreColor.g, foreColor.b));
+            pen.setCosmetic(true);
+            pen.setWidthF(1.0);
+            m_painter.setPen(pen);
+            m_penColour = foreColor;
+        }
+        return m_painter;
+    }
+
+    void finish()
+    {
+        if (m_painter.isActive())
+            m_painter.end();
+    }
+
+    // Asks for a repaint once for any number of primitives drawn before it comes.
+    void changed()
+    {
+        if (!m_repaintAsked) {
+            m_repaintAsked = true;
+            update();
+        }
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        m_repaintAsked = false;
+        finish();
+        ensureSize();
+        QPainter p(this);
+        p.drawImage(QPointF(0, 0), image);
+    }
+    void resizeEvent(QResizeEvent*) override { ensureSize(); }
+    void mousePressEvent(QMouseEvent* e) override
+    {
+        m_form->surfaceMouseDown(buttonCode(e->button()), shiftCode(e->modifiers()), e->position());
+    }
+    void mouseMoveEvent(QMouseEvent* e) override
+    {
+        m_form->surfaceMouseMove(buttonsCode(e->buttons()), shiftCode(e->modifiers()), e->position());
+    }
+
+private:
+    static int buttonCode(Qt::MouseButton b)
+    {
+        switch (b) {
+        case Qt::LeftButton: return 1;
+        case Qt::RightButton: return 2;
+        case Qt::MiddleButton: return 4;
+        default: return 0;
+        }
+    }
+    static int buttonsCode(Qt::MouseButtons b)
+    {
+        return (b & Qt::LeftButton ? 1 : 0) | (b & Qt::RightButton ? 2 : 0) | (b & Qt::MiddleButton ? 4 : 0);
+    }
+    static int shiftCode(Qt::KeyboardModifiers m)
+    {
+        return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) | (m & Qt::AltModifier ? 4 : 0);
+    }
+    PlotWindow* m_form;
+    QPainter m_painter; // after image: ends before the picture goes
+    std::optional<Rgb> m_penColour;
+    bool m_repaintAsked = false;
+};
+
+PlotWindow::PlotWindow(int winPosLine, QWidget* parent)
+    : QMainWindow(parent), m_winPosLine(winPosLine), m_surface(new PlotSurface(this))
+{
+    setCentralWidget(m_surface);
+    m_fileMenu = menuBar()->addMenu(QStringLiteral("File"));
+    m_fileMenu->setObjectName(QStringLiteral("mFile"));
+    QAction* setup = m_fileMenu->addAction(QStringLiteral("Print Setup ..."), this, [this] { mPrintSetup_Click(); });
+    setup->setObjectName(QStringLiteral("mPrintSetup"));
+    QAction* print = m_fileMenu->addAction(QStringLiteral("Print"), this, [this] { mPrint_Click(); });
+    print->setObjectName(QStringLiteral("mPrint"));
+    QAction* dash = m_fileMenu->addSeparator();
+    dash->setObjectName(QStringLiteral("mDash"));
+    QAction* exit = m_fileMenu->addAction(QStringLiteral("Exit"), this, [this] { mExit_Click(); });
+    exit->setObjectName(QStringLiteral("mExit"));
+    resize(QSizeF(m_designWidth / TwipsPerPixel, m_designHeight / TwipsPerPixel).toSize());
+}
+
+PlotWindow::~PlotWindow() = default;
+
+void PlotWindow::showForm()
+{
+    if (!m_loaded) {
+        m_loaded = true;
+        Form_Load();
+    }
+    show();
+    raise();
+    // A hidden window gets its resize events when it is shown: the placement made on load is
+    // only over now.
+    m_loading = false;
+}
+
+void PlotWindow::setDesignSize(double width, double height)
+{
+    m_designWidth = width;
+    m_designHeight = height;
+    resize(QSizeF(width / TwipsPerPixel, height / TwipsPerPixel).toSize());
+}
+
+void PlotWindow::restorePlacement()
+{
+    const Session& s = S();
+    const int line = m_winPosLine;
+    const double left = s.WinPos(line, 1), top = s.WinPos(line, 2);
+    const double width = s.WinPos(line, 3), height = s.WinPos(line, 4);
+    m_loading = true;
+    if (width > 0 && height > 0) {
+        move(QPointF(left / TwipsPerPixel, top / TwipsPerPixel).toPoint());
+        resize(QSizeF(width / TwipsPerPixel, height / TwipsPerPixel).toSize());
+    } else {
+        resize(QSizeF(m_designWidth / TwipsPerPixel, m_designHeight / TwipsPerPixel).toSize());
+    }
+    if (isVisible())
+        m_loading = false;
+}
+
+void PlotWindow::storePlacement()
+{
+    Session& s = S();
+    const QRect frame = frameGeometry();
+    s.WinPos(m_winPosLine, 1) = rt::CInt(frame.x() * TwipsPerPixel);
+    s.WinPos(m_winPosLine, 2) = rt::CInt(frame.y() * TwipsPerPixel);
+    s.WinPos(m_winPosLine, 3) = rt::CInt(width() * TwipsPerPixel);
+    s.WinPos(m_winPosLine, 4) = rt::CInt(height() * TwipsPerPixel);
+}
+
+void PlotWindow::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    m_surface->ensureSize();
+    if (m_loading || !m_loaded)
+        return;
+    storePlacement();
+    Form_Resize();
+}
+
+void PlotWindow::closeEvent(QCloseEvent* event)
+{
+    // Closing from the title bar unloads the window: the next showForm loads it again.
+    storePlacement();
+    Form_Unload();
+    m_loaded = false;
+    event->accept();
+}
+
+void PlotWindow::cls()
+{
+    m_surface->finish();
+    m_surface->ensureSize();
+    m_surface->image.fill(Qt::white);
+    m_surface->pen = QPointF(0, 0);
+    m_surface->changed();
+}
+
+void PlotWindow::setForeColor(Rgb colour) { m_surface->foreColor = colour; }
+
+void PlotWindow::line(double x1, double y1, double x2, double y2)
+{
+    m_surface->painter().drawLine(QPointF(x1, y1), QPointF(x2, y2));
+    m_surface->pen = QPointF(x2, y2);
+    m_surface->changed();
+}
+
+void PlotWindow::lineTo(double x, double y) { line(m_surface->pen.x(), m_surface->pen.y(), x, y); }
+
+void PlotWindow::pset(double x, double y)
+{
+    m_surface->painter().drawPoint(QPointF(x, y));
+    m_surface->pen = QPointF(x, y);
+    m_surface->changed();
+}
+
+void PlotWindow::circle(double x, double y, double radius)
+{
+    m_surface->painter().drawEllipse(QPointF(x, y), radius, radius);
+    m_surface->pen = QPointF(x, y);
+    m_surface->changed();
+}
+
+void PlotWindow::text(double x, double y, const QString& text) { drawText(x, y, 0, text); }
+
+void PlotWindow::textUp(double x, double y, const QString& text) { drawText(x, y, -90, text); }
+
+void PlotWindow::drawText(double x, double y, double angle, const QString& text)
+{
+    QPainter& p = m_surface->painter();
+    // Text is laid out in pixels so that the font keeps its size.
+    p.save();
+    p.resetTransform();
+    p.setFont(font());
+    p.translate(toPixels(x, y));
+    p.rotate(angle);
+    p.drawText(QRectF(QPointF(0, 0), QSizeF(4000, 200)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, text);
+    p.restore();
+    m_surface->changed();
+}
+
+double PlotWindow::textWidth(const QString& text) const
+{
+    return QFontMetricsF(font()).horizontalAdvance(text) * TwipsPerPixel;
+}
+
+double PlotWindow::textHeight() const { return QFontMetricsF(font()).height() * TwipsPerPixel; }
+
+double PlotWindow::formWidth() const { return m_surface->width() * TwipsPerPixel; }
+
+double PlotWindow::formHeight() const { return m_surface->height() * TwipsPerPixel; }
+
+QString PlotWindow::caption() const { return windowTitle(); }
+
+void PlotWindow::setCaption(const QString& caption) { setWindowTitle(caption); }
+
+QString PlotWindow::controlText(const QString& name) const
+{
+    QObject* c = findChild<QObject*>(name);
+    if (auto* label = qobject_cast<QLabel*>(c))
+        return label->text();
+    if (auto* edit = qobject_cast<QLineEdit*>(c))
+        return edit->text();
+    if (auto* button = qobject_cast<QAbstractButton*>(c))
+        return button->text();
+    return QString();
+}
+
+void PlotWindow::setControlText(const QString& name, const QString& text)
+{
+    QObject* c = findChild<QObject*>(name);
+    if (auto* label = qobject_cast<QLabel*>(c))
+        label->setText(text);
+    else if (auto* edit = qobject_cast<QLineEdit*>(c))
+        edit->setText(text);
+    else if (auto* button = qobject_cast<QAbstractButton*>(c))
+        button->setText(text);
+}
+
+QWidget* PlotWindow::addControl(const QString& name, QWidget* control, double left, double top, double width,
+                                double height)
+{
+    control->setParent(m_surface);
+    control->setObjectName(name);
+    if (width > 0 && height > 0)
+        control->resize(QSizeF(width / TwipsPerPixel, height / TwipsPerPixel).toSize());
+    else
+        control->adjustSize();
+    control->move(toPixels(left, top).toPoint());
+    control->show();
+    return control;
+}
+
+void PlotWindow::moveControl(const QString& name, double left, double top)
+{
+    if (QWidget* c = m_surface->findChild<QWidget*>(name))
+        c->move(toPixels(left, top).toPoint());
+}
+
+QImage PlotWindow::picture() const
+{
+    m_surface->finish();
+    m_surface->ensureSize();
+    return m_surface->image;
+}
+
+QColor PlotWindow::pixelAt(double x, double y) const
+{
+    const QImage img = picture();
+    const qreal dpr = img.devicePixelRatio();
+    const QPoint p = (toPixels(x, y) * dpr).toPoint();
+    if (!img.rect().contains(p))
+        return QColor();
+    return img.pixelColor(p);
+}
+
+QWidget* PlotWindow::surface() const { return m_surface; }
+
+void PlotWindow::setMousePointer(int code)
+{
+    m_pointer = code;
+    m_surface->setCursor(code == 2 ? Qt::CrossCursor : Qt::ArrowCursor);
+}
+
+QPointF PlotWindow::toTwips(const QPointF& pixels) { return pixels * TwipsPerPixel; }
+
+QPointF PlotWindow::toPixels(double x, double y) { return QPointF(x / TwipsPerPixel, y / TwipsPerPixel); }
+
+void PlotWindow::mPrint_Click() { PrintForm(this); }
+
+void PlotWindow::mPrintSetup_Click() { PrintSetup(this); }
+
+void PlotWindow::mExit_Click() { hide(); }
+
+void PlotWindow::Form_MouseDown(int, int, double, double) {}
+
+void PlotWindow::Form_MouseMove(int, int, double, double) {}
+
+void PlotWindow::surfaceMouseDown(int button, int shift, const QPointF& pixels)
+{
+    const QPointF t = toTwips(pixels);
+    Form_MouseDown(button, shift, t.x(), t.y());
+}
+
+void PlotWindow::surfaceMouseMove(int button, int shift, const QPointF& pixels)
+{
+    const QPointF t = toTwips(pixels);
+    Form_MouseMove(button, shift, t.x(), t.y());
+}
+
+} // namespace dip
