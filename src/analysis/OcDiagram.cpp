@@ -2,6 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/OcDiagram.h"
 
+#include <QFileInfo>
+
 #include <cmath>
 
 namespace dip {
@@ -18,5 +20,17 @@ std::vector<OcFitPoint> ocFitPoints(const std::vector<OcPoint>& points)
 }
 
 void fitLine(OcDiagram& diagram) { diagram.fit = fitEphemeris(diagram.ephemeris, ocFitPoints(diagram.points)); }
+
+std::optional<PlotFormat> plotFormatFor(const QString& path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix == QLatin1String("png"))
+        return PlotFormat::Png;
+    if (suffix == QLatin1String("svg"))
+        return PlotFormat::Svg;
+    if (suffix == QLatin1String("pdf"))
+        return PlotFormat::Pdf;
+    return std::nullopt;
+}
 
 } // namespace dip

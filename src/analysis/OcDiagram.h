@@ -39,4 +39,10 @@ std::vector<OcFitPoint> ocFitPoints(const std::vector<OcPoint>& points);
 // Fits the diagram's points and keeps the line in it (none when they cannot be fitted).
 void fitLine(OcDiagram& diagram);
 
+// The picture files a diagram is saved to (dipscope_paint draws them).
+enum class PlotFormat { Png, Svg, Pdf };
+
+// The format a file name asks for by its suffix (.png, .svg, .pdf, any case); none otherwise.
+std::optional<PlotFormat> plotFormatFor(const QString& path);
+
 } // namespace dip

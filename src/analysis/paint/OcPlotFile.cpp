@@ -5,7 +5,6 @@
 #include "analysis/paint/OcPainter.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QImage>
 #include <QPageSize>
 #include <QPainter>
@@ -26,18 +25,6 @@ bool fail(QString* error, const QString& why)
 }
 
 } // namespace
-
-std::optional<PlotFormat> plotFormatFor(const QString& path)
-{
-    const QString suffix = QFileInfo(path).suffix().toLower();
-    if (suffix == QLatin1String("png"))
-        return PlotFormat::Png;
-    if (suffix == QLatin1String("svg"))
-        return PlotFormat::Svg;
-    if (suffix == QLatin1String("pdf"))
-        return PlotFormat::Pdf;
-    return std::nullopt;
-}
 
 QSize ocPlotSize() { return {1200, 800}; }
 

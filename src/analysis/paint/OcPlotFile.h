@@ -11,14 +11,7 @@
 #include <QSize>
 #include <QString>
 
-#include <optional>
-
 namespace dip {
-
-enum class PlotFormat { Png, Svg, Pdf };
-
-// The format a file name asks for by its suffix (.png, .svg, .pdf, any case); none otherwise.
-std::optional<PlotFormat> plotFormatFor(const QString& path);
 
 // The picture's size: 1200 x 800 pixels (PNG and SVG); the PDF page is 8 x 5.33 inches at
 // 150 dots per inch, the same 1200 x 800.
