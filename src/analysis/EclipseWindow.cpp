@@ -101,6 +101,10 @@ WidthMeasure measureHalfWidth(const LightCurve& curve, const Ephemeris& ephemeri
     WidthMeasure w;
     const std::size_t n = curve.times.size();
     const std::size_t bins = std::clamp<std::size_t>(n / 10, 40, 2000);
+    if (!isUsable(ephemeris)) {
+        w.problem = QStringLiteral("the ephemeris cannot fold the light curve (the period must be positive)");
+        return w;
+    }
     if (n < 100) {
         w.problem = QStringLiteral("too few points (%1) to measure the eclipse on the folded light curve").arg(n);
         return w;

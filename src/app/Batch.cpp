@@ -72,7 +72,8 @@ int whole(const QString& option, const QString& text, int least)
     bool ok = false;
     const int n = text.trimmed().toInt(&ok);
     if (!ok || n < least)
-        throw UsageError{QStringLiteral("%1: '%2' is not a whole number of at least %3").arg(option, text).arg(least)};
+        throw UsageError{
+            QStringLiteral("%1: '%2' is not a whole number of at least %3").arg(option, text, QString::number(least))};
     return n;
 }
 

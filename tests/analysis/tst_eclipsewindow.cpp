@@ -143,6 +143,10 @@ void TestEclipseWindow::halfWidthNeedsAnEclipse()
     QVERIFY(!measureHalfWidth(curveOf(e, 2459000, 2459010, 2.0 / 1440, 0, 0.05, 0.003), e).problem.isEmpty());
     // Too few points to fold.
     QVERIFY(!measureHalfWidth(curveOf(e, 2459000, 2459000.1, 2.0 / 1440, 0.5, 0.05, 0.003), e).problem.isEmpty());
+    // No period to fold on.
+    const LightCurve c = curveOf(e, 2459000, 2459010, 2.0 / 1440, 0.5, 0.05, 0.003);
+    QVERIFY(measureHalfWidth(c, e).problem.isEmpty());
+    QVERIFY(!measureHalfWidth(c, {e.t0, 0, false}).problem.isEmpty());
 }
 
 void TestEclipseWindow::rangeIsSymmetricAboutTheDeepestPoint()
