@@ -55,6 +55,54 @@ def inverted_minimum():
     return t0, len(rows)
 
 
+# The long light curve: a detached binary watched for a TESS-like sector at a 2-minute cadence.
+LONG_T0 = 2459500.31250  # BJD_TDB of a primary minimum
+LONG_PERIOD = 0.547231  # days
+LONG_ETV_AMPLITUDE = 0.0020  # days (2.88 minutes)
+LONG_ETV_PERIOD = 11.3  # days
+LONG_START = 2459500.0
+LONG_END = 2459528.0
+LONG_GAP = (2459513.70, 2459514.75)  # the mid-sector pause for the data downlink
+LONG_CADENCE = 2.0 / 1440.0
+
+
+def timing_variation(t):
+    """The injected eclipse-timing variation: both minima of a cycle are shifted by it."""
+    return LONG_ETV_AMPLITUDE * math.sin(2.0 * math.pi * (t - LONG_T0) / LONG_ETV_PERIOD)
+
+
+def long_light_curve():
+    rng = random.Random(7024)
+    half_width = 0.055
+    rows = []
+    i = 0
+    while True:
+        t = LONG_START + i * LONG_CADENCE
+        i += 1
+        if t > LONG_END:
+            break
+        if LONG_GAP[0] < t < LONG_GAP[1]:
+            continue
+        m = 10.000 + rng.gauss(0.0, 0.004)
+        # The nearest primary and secondary, each moved by the timing variation at its time.
+        for phase, depth in ((0.0, 0.60), (0.5, 0.22)):
+            cycle = round((t - LONG_T0) / LONG_PERIOD - phase) + phase
+            centre = LONG_T0 + cycle * LONG_PERIOD
+            centre += timing_variation(centre)
+            m = eclipse(t, centre, depth, half_width, m)
+        rows.append((f"{t:.6f}", f"{m:.4f}"))
+    write("long-light-curve.csv", rows, "BJD_TDB,Mag")
+    # The eclipses whose minimum falls into the pause.
+    hidden = []
+    k = math.ceil(2 * (LONG_START - LONG_T0) / LONG_PERIOD) / 2
+    while LONG_T0 + k * LONG_PERIOD <= LONG_END:
+        if LONG_GAP[0] < LONG_T0 + k * LONG_PERIOD < LONG_GAP[1]:
+            hidden.append(k)
+        k += 0.5
+    return len(rows), hidden
+
+
 if __name__ == "__main__":
     print("single-minimum.csv", *single_minimum())
     print("inverted-minimum.csv", *inverted_minimum())
+    print("long-light-curve.csv", *long_light_curve())

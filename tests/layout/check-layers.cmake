@@ -2,8 +2,9 @@
 # Copyright (c) the Dipscope developers
 #
 # The layers of the source tree, lowest first. A file may include headers of its own area and
-# of the areas below it, never of one above; and a file outside a gui/ folder (the core, which
-# links Qt Core only) never includes a header from a gui/ folder.
+# of the areas below it, never of one above; a file outside a gui/ folder (the core, which
+# links Qt Core only) never includes a header from a gui/ folder; and a core file (outside gui/
+# and paint/ folders) never includes a header from a paint/ folder, whose pictures need Qt Gui.
 #
 #   cmake -DSOURCE_DIR=<repository>/src -P check-layers.cmake
 
@@ -23,6 +24,7 @@ foreach(file IN LISTS files)
     continue()
   endif()
   string(FIND "${file}" "/gui/" guiPos)
+  string(FIND "${file}" "/paint/" paintPos)
   file(STRINGS ${SOURCE_DIR}/${file} includes REGEX "^#include \"")
   foreach(line IN LISTS includes)
     string(REGEX REPLACE "^#include \"([^\"]+)\".*" "\\1" header "${line}")
@@ -37,6 +39,10 @@ foreach(file IN LISTS files)
     string(FIND "${header}" "/gui/" headerGui)
     if(guiPos LESS 0 AND headerGui GREATER_EQUAL 0)
       string(APPEND failures "${file}: core code includes the window header ${header}\n")
+    endif()
+    string(FIND "${header}" "/paint/" headerPaint)
+    if(guiPos LESS 0 AND paintPos LESS 0 AND headerPaint GREATER_EQUAL 0)
+      string(APPEND failures "${file}: core code includes the painting header ${header}\n")
     endif()
   endforeach()
 endforeach()

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "analysis/BatchTiming.h"
+
+#include "analysis/InputError.h"
+#include "analysis/OrderedPool.h"
+#include "runtime/RuntimeError.h"
+
+#include <cmath>
+
+namespace dip {
+
+namespace {
+
+struct EclipseRows {
+    std::vector<BatchRow> rows;
+    bool skipped = false;
+};
+
+EclipseRows timeOne(const LightCurve& curve, const QString& file, const BatchSettings& settings, double gap,
+                    double cycle, const MethodRunner& runner)
+{
+    const WindowCut cut = cutWindow(curve, settings.eclipses, gap, cycle);
+    EclipseRows out;
+    out.skipped = !cut.skipped.isEmpty();
+    std::vector<BatchRow>& rows = out.rows;
+    for (const int method : settings.methods) {
+        BatchRow row;
+        row.file = file;
+        row.cycle = cycle;
+        row.method = method;
+        if (!cut.skipped.isEmpty()) {
+            row.status = QStringLiteral("skipped: ") + cut.skipped;
+            rows.push_back(row);
+            continue;
+        }
+        MethodOutcome outcome;
+        try {
+            outcome = runner(cut.window, method);
+        } catch (const rt::RuntimeError& e) {
+            outcome.status = MethodOutcome::Status::Failed;
+            outcome.note = QStringLiteral("%1 (run-time error %2)").arg(e.text(), QString::number(e.number()));
+        }
+        switch (outcome.status) {
+        case MethodOutcome::Status::Done:
+            if (!std::isfinite(outcome.time)) {
+                row.status = QStringLiteral("failed: no time of minimum");
+                break;
+            }
+            row.status = QStringLiteral("ok");
+            row.timed = true;
+            row.time = cut.window.offset + outcome.time;
+            row.error = outcome.error;
+            row.points = outcome.points;
+            row.oc = ocAtCycle(settings.eclipses.ephemeris, row.time, cycle);
+            break;
+        case MethodOutcome::Status::Failed: row.status = QStringLiteral("failed: ") + outcome.note; break;
+        case MethodOutcome::Status::NotYet: row.status = QStringLiteral("not yet: ") + outcome.note; break;
+        }
+        rows.push_back(row);
+    }
+    return out;
+}
+
+} // namespace
+
+bool BatchRow::secondary() const { return cycle != std::floor(cycle); }
+
+FileTiming timeEveryEclipse(const LightCurve& curve, const QString& file, const BatchSettings& settings,
+                            const MethodRunner& runner, const RowSink& sink, const ProgressSink& progress)
+{
+    FileTiming result;
+    BatchSettings used = settings;
+    if (!(used.eclipses.halfWidth > 0)) {
+        const WidthMeasure measured = measureHalfWidth(curve, used.eclipses.ephemeris);
+        if (!measured.problem.isEmpty())
+            throw InputError(file, 0, measured.problem);
+        // Never so wide that a window reaches the next eclipse.
+        const double period = used.eclipses.ephemeris.period;
+        used.eclipses.halfWidth = std::min(measured.halfWidth, (used.eclipses.secondaries ? 0.2 : 0.45) * period);
+    }
+    result.halfWidth = used.eclipses.halfWidth;
+    if (curve.times.empty())
+        return result;
+
+    const double gap = gapLimit(medianCadence(curve.times));
+    const EclipseSchedule schedule(used.eclipses.ephemeris, used.eclipses.secondaries, curve.times.front(),
+                                   curve.times.back());
+    result.eclipses = schedule.size();
+    runOrdered<EclipseRows>(
+        schedule.size(), used.threads,
+        [&](std::size_t i) { return timeOne(curve, file, used, gap, schedule.cycle(i), runner); },
+        [&](std::size_t i, EclipseRows&& eclipse) {
+            if (eclipse.skipped)
+                ++result.skipped;
+            for (const BatchRow& row : eclipse.rows)
+                sink(row);
+            if (progress)
+                progress(i + 1, schedule.size());
+        });
+    return result;
+}
+
+} // namespace dip
