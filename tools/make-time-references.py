@@ -224,7 +224,9 @@ def main():
     out.write("# Reference times written by tools/make-time-references.py; do not edit by hand.\n")
     out.write("# star,ra_deg,dec_deg,site,utc_civil,jd_utc,hjd_utc,bjd_tdb,tdb_minus_utc_s,helio_delay_s,bary_delay_s\n")
     row = 0
-    for name, ra, dec in STARS:
+    for name, ra_exact, dec_exact in STARS:
+        # The star as the table gives it: the conversions use the same rounded numbers.
+        ra, dec = float("%.6f" % ra_exact), float("%.6f" % dec_exact)
         for y, m, d, h, mi, s in EPOCHS:
             # Every epoch from the Earth's centre, and again from one of the sites in turn.
             for site in (None, SITES[1 + row % 3]):

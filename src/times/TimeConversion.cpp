@@ -136,8 +136,16 @@ bool TimeConverter::corrections(const JulianDate& utcIn, Corrections* out, QStri
         u = std::hypot(siteItrs[0], siteItrs[1]) / 1000.0;
         v = siteItrs[2] / 1000.0;
     }
-    // UT1 taken as UTC: the fraction of the day from midnight.
-    const double ut = std::fmod(utc.fraction + 0.5, 1.0);
+    // UT1 from UTC with UT1 - UTC taken as 0 (it stays within 0.9 s: half a metre of the site's
+    // turn); eraUtcut1 counts a leap second into it, so inside one the Earth does not turn back.
+    double ut11 = 0, ut12 = 0;
+    if (eraUtcut1(utc.day, utc.fraction, 0.0, &ut11, &ut12) < 0) {
+        *error = QStringLiteral("%1 is not a date ERFA can give in UT1").arg(formatJulianDate(utc, 5));
+        return false;
+    }
+    const JulianDate ut1 = two(ut11, ut12);
+    // The fraction of the UT1 day from midnight.
+    const double ut = std::fmod(ut1.fraction + 0.5, 1.0);
     const double dtdb = eraDtdb(c.tt.day, c.tt.fraction, ut, elong, u, v);
     c.tdb = c.tt.plusDays(dtdb / ERFA_DAYSEC);
 
@@ -149,7 +157,7 @@ bool TimeConverter::corrections(const JulianDate& utcIn, Corrections* out, QStri
     }
     if (m_site) {
         double rc2t[3][3], siteGcrs[3];
-        eraC2t06a(c.tt.day, c.tt.fraction, utc.day, utc.fraction, 0.0, 0.0, rc2t);
+        eraC2t06a(c.tt.day, c.tt.fraction, ut1.day, ut1.fraction, 0.0, 0.0, rc2t);
         eraTrxp(rc2t, siteItrs, siteGcrs);
         for (int k = 0; k < 3; ++k) {
             c.earthHelio[k] += siteGcrs[k] / ERFA_DAU;

@@ -11,8 +11,8 @@
 //   with the site's diurnal terms when a site is given).
 //   The Earth's position, heliocentric and barycentric, from eraEpv00 at TDB, in au on the
 //   ICRS axes; with a site, its geocentric position (eraGd2gc on WGS84) rotated from the
-//   terrestrial to the celestial frame (eraC2t06a, UT1 taken as UTC, polar motion 0: both
-//   move the site by less than half a metre, 2 ns) is added.
+//   terrestrial to the celestial frame (eraC2t06a, UT1 from eraUtcut1 with UT1 - UTC taken as
+//   0, polar motion 0: both move the site by less than half a metre, 2 ns) is added.
 //   The Roemer delay is r.n / c, n the star's unit vector from RA/Dec (J2000, the star at
 //   infinity):
 //     BJD_TDB  = TDB + r_barycentric.n / c
