@@ -66,6 +66,8 @@ private Q_SLOTS:
     void aavsoTabBjdCrlf();
     void aavsoErrors_data();
     void aavsoErrors();
+    void aavsoDelimiters_data();
+    void aavsoDelimiters();
     void aijFlux();
     void aijMagnitudes();
     void aijCommaSeparated();
@@ -272,6 +274,37 @@ void ImportTest::aavsoErrors()
     QCOMPARE(e.file(), data(file));
     QCOMPARE(e.message(), message);
     QCOMPARE(e.line(), line);
+}
+
+void ImportTest::aavsoDelimiters_data()
+{
+    QTest::addColumn<QByteArray>("delim");
+    QTest::addColumn<QByteArray>("separator");
+    QTest::newRow("semicolon") << QByteArray(";") << QByteArray(";");
+    QTest::newRow("pipe") << QByteArray("|") << QByteArray("|");
+    QTest::newRow("the word comma") << QByteArray("comma") << QByteArray(",");
+    QTest::newRow("a tab character") << QByteArray("\t") << QByteArray("\t");
+}
+
+void ImportTest::aavsoDelimiters()
+{
+    QFETCH(QByteArray, delim);
+    QFETCH(QByteArray, separator);
+    QByteArray text = "#TYPE=EXTENDED\n#OBSCODE=ABC\n#DELIM=" + delim + "\n#DATE=JD\n";
+    for (const char* row : {"SW LAC|2459123.41|13.02|0.01|V|NO", "SW LAC|2459123.40|13.10|0.01|V|NO"})
+        text += QByteArray(row).replace("|", separator) + "\n";
+    test::DataFolder folder;
+    const QString path = folder.write(QStringLiteral("d.txt"), text);
+    const LightCurve c = importLightCurve(path);
+    QCOMPARE(c.times, (std::vector<double>{2459123.40, 2459123.41}));
+    QCOMPARE(c.mags, (std::vector<double>{13.10, 13.02}));
+    QCOMPARE(c.timeSystem, TimeSystem::JD_UTC);
+    QCOMPARE(c.observerCode, QStringLiteral("ABC"));
+    // A delimiter of two characters is refused at its line.
+    const QString bad = folder.write(QStringLiteral("bad.txt"), "#TYPE=EXTENDED\n#DELIM=;;\n#DATE=JD\n");
+    const ImportError e = errorOf([&] { importLightCurve(bad); });
+    QCOMPARE(e.line(), 2);
+    QVERIFY(e.message().startsWith(QLatin1String("#DELIM=;;")));
 }
 
 void ImportTest::aijFlux()
