@@ -3,6 +3,7 @@
 #include "mainwindow/gui/frmMain.h"
 
 #include "help/gui/HelpEntries.h"
+#include "mainwindow/Journal.h"
 #include "mainwindow/Means.h"
 #include "mainwindow/Settings.h"
 #include "mainwindow/StartUp.h"
@@ -343,6 +344,8 @@ void frmMain::endProgram()
         return;
     m_ended = true;
     WriteSettings();
+    // Beside the settings, the session for the next start (its own file; no window is involved).
+    SaveJournalAtEnd(nullptr);
     rt::exitProgram(0);
 }
 
