@@ -18,8 +18,10 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QStringList>
 
 #include <optional>
+#include <vector>
 
 namespace dip {
 
@@ -35,6 +37,64 @@ public:
     QImage image;
     Rgb foreColor = colours::black;
     QPointF pen; // twips
+
+    // The drawing since the last cls, primitive by primitive in twips, so that it can be drawn
+    // again at any resolution (a printer's) rather than scaled up from the screen's pixels.
+    struct Primitive {
+        enum Kind : unsigned char { Line, Point, Circle, Text } kind;
+        Rgb colour;
+        double a, b, c, d; // Line: x1, y1, x2, y2; Point: x, y; Circle: x, y, radius; Text: x, y, angle
+        int text;          // Text: index into texts
+    };
+    std::vector<Primitive> drawing;
+    QStringList texts;
+
+    void record(Primitive::Kind kind, double a, double b, double c = 0, double d = 0, int text = -1)
+    {
+        drawing.push_back({kind, foreColor, a, b, c, d, text});
+    }
+
+    // The recorded drawing on painter, whose coordinates are the surface's logical pixels. Lines
+    // are one device pixel wide on whatever device the painter draws, as on the screen.
+    void replay(QPainter& p, const QFont& font) const
+    {
+        p.save();
+        p.setRenderHint(QPainter::Antialiasing, false);
+        const QTransform pixels = p.worldTransform();
+        p.scale(1.0 / TwipsPerPixel, 1.0 / TwipsPerPixel);
+        // The font as large as on the screen: sizes in points are taken at the picture's
+        // resolution, whatever the device's.
+        QFont deviceFont = font;
+        if (font.pointSizeF() > 0 && p.device())
+            deviceFont.setPointSizeF(font.pointSizeF() * image.logicalDpiY() / p.device()->logicalDpiY());
+        std::optional<Rgb> colour;
+        for (const Primitive& q : drawing) {
+            if (!colour || !(*colour == q.colour)) {
+                QPen pen(QColor(q.colour.r, q.colour.g, q.colour.b));
+                pen.setCosmetic(true);
+                pen.setWidthF(1.0);
+                p.setPen(pen);
+                colour = q.colour;
+            }
+            switch (q.kind) {
+            case Primitive::Line: p.drawLine(QPointF(q.a, q.b), QPointF(q.c, q.d)); break;
+            case Primitive::Point: p.drawPoint(QPointF(q.a, q.b)); break;
+            case Primitive::Circle: p.drawEllipse(QPointF(q.a, q.b), q.c, q.c); break;
+            case Primitive::Text: {
+                const QTransform twips = p.worldTransform();
+                p.setWorldTransform(pixels);
+                p.setFont(deviceFont);
+                p.translate(q.a / TwipsPerPixel, q.b / TwipsPerPixel);
+                p.rotate(q.c);
+                p.drawText(QRectF(QPointF(0, 0), QSizeF(4000, 200)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip,
+                           texts[q.text]);
+                p.setWorldTransform(twips);
+                break;
+            }
+            }
+        }
+        p.restore();
+    }
 
     void ensureSize()
     {
@@ -227,6 +287,8 @@ void PlotWindow::cls()
     m_surface->finish();
     m_surface->ensureSize();
     m_surface->image.fill(Qt::white);
+    m_surface->drawing.clear();
+    m_surface->texts.clear();
     m_surface->pen = QPointF(0, 0);
     m_surface->changed();
 }
@@ -236,6 +298,7 @@ void PlotWindow::setForeColor(Rgb colour) { m_surface->foreColor = colour; }
 void PlotWindow::line(double x1, double y1, double x2, double y2)
 {
     m_surface->painter().drawLine(QPointF(x1, y1), QPointF(x2, y2));
+    m_surface->record(PlotSurface::Primitive::Line, x1, y1, x2, y2);
     m_surface->pen = QPointF(x2, y2);
     m_surface->changed();
 }
@@ -245,6 +308,7 @@ void PlotWindow::lineTo(double x, double y) { line(m_surface->pen.x(), m_surface
 void PlotWindow::pset(double x, double y)
 {
     m_surface->painter().drawPoint(QPointF(x, y));
+    m_surface->record(PlotSurface::Primitive::Point, x, y);
     m_surface->pen = QPointF(x, y);
     m_surface->changed();
 }
@@ -252,6 +316,7 @@ void PlotWindow::pset(double x, double y)
 void PlotWindow::circle(double x, double y, double radius)
 {
     m_surface->painter().drawEllipse(QPointF(x, y), radius, radius);
+    m_surface->record(PlotSurface::Primitive::Circle, x, y, radius);
     m_surface->pen = QPointF(x, y);
     m_surface->changed();
 }
@@ -271,6 +336,8 @@ void PlotWindow::drawText(double x, double y, double angle, const QString& text)
     p.rotate(angle);
     p.drawText(QRectF(QPointF(0, 0), QSizeF(4000, 200)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, text);
     p.restore();
+    m_surface->texts << text;
+    m_surface->record(PlotSurface::Primitive::Text, x, y, angle, 0, int(m_surface->texts.size() - 1));
     m_surface->changed();
 }
 
@@ -350,6 +417,25 @@ QColor PlotWindow::pixelAt(double x, double y) const
 }
 
 QWidget* PlotWindow::surface() const { return m_surface; }
+
+QSize PlotWindow::clientSize() const { return m_surface->size(); }
+
+void PlotWindow::renderClientArea(QPainter& painter) const
+{
+    m_surface->finish();
+    const QRectF area(QPointF(0, 0), QSizeF(m_surface->size()));
+    painter.save();
+    painter.setClipRect(area, Qt::IntersectClip);
+    painter.fillRect(area, Qt::white);
+    m_surface->replay(painter, font());
+    painter.restore();
+    // The controls on top, each drawn by its own style at the painter's resolution.
+    const QList<QWidget*> controls = m_surface->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget* control : controls) {
+        if (control->isVisibleTo(m_surface) && !control->isWindow())
+            control->render(&painter, control->pos(), QRegion(), QWidget::DrawChildren);
+    }
+}
 
 void PlotWindow::setMousePointer(int code)
 {

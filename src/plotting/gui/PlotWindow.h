@@ -26,6 +26,7 @@
 
 class QAction;
 class QMenu;
+class QPainter;
 
 namespace dip {
 
@@ -80,6 +81,12 @@ public:
     QColor pixelAt(double x, double y) const;
     // The surface, for mouse events in tests.
     QWidget* surface() const;
+    // The client area below the menu bar, in logical pixels.
+    QSize clientSize() const;
+    // The client area drawn afresh on painter, whose coordinates are the client area's logical
+    // pixels: the drawing since the last cls() from its twips, then the controls on top. On a
+    // printer's painter it comes out at the printer's resolution, not as the screen's pixels.
+    void renderClientArea(QPainter& painter) const;
     // Mouse pointer: 1 arrow, 2 cross-hair.
     void setMousePointer(int code);
     int mousePointer() const { return m_pointer; }
