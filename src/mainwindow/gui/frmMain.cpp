@@ -12,6 +12,7 @@
 #include "mainwindow/gui/frmSaveAs.h"
 #include "methods/gui/MethodEntries.h"
 #include "plotting/gui/PlotDataEntry.h"
+#include "plotting/gui/PlotWindow.h"
 #include "runtime/RuntimeError.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
@@ -99,6 +100,8 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent)
     m_open = new frmOpen(this);
     m_saveAs = new frmSaveAs(this);
     setMainForm(this);
+    // Plot windows with no placement stored open beside this one.
+    PlotWindow::setPlacementAnchor(this);
     Form_Load();
 }
 

@@ -8,6 +8,7 @@
 #include "session/Session.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QFontMetricsF>
@@ -17,9 +18,12 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScreen>
 #include <QStringList>
+#include <QtMath>
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -236,6 +240,40 @@ void PlotWindow::setDesignSize(double width, double height)
     resize(QSizeF(width / TwipsPerPixel, height / TwipsPerPixel).toSize());
 }
 
+namespace {
+
+QPointer<QWidget>& placementAnchor()
+{
+    static QPointer<QWidget> anchor;
+    return anchor;
+}
+
+// The cascade's step (about a title bar), and how far it goes: one place for each plot window.
+constexpr int CascadeStep = 30;
+constexpr int MaxCascade = 6;
+// Room between the anchor and a window beside it.
+constexpr int BesideGap = 8;
+
+} // namespace
+
+void PlotWindow::setPlacementAnchor(QWidget* anchor) { placementAnchor() = anchor; }
+
+QPoint PlotWindow::besideAnchor(const QRect& anchor, const QSize& frame, const QRect& available, int n, int step)
+{
+    const int shift = n * step;
+    int x = anchor.right() + 1 + BesideGap + shift;
+    if (x + frame.width() > available.right() + 1) {
+        x = anchor.left() - BesideGap - frame.width() - shift;
+        if (x < available.left())
+            x = std::max(available.left(), available.right() + 1 - frame.width());
+    }
+    int y = anchor.top() + shift;
+    if (y + frame.height() > available.bottom() + 1)
+        y = available.bottom() + 1 - frame.height();
+    y = std::max(y, available.top());
+    return QPoint(x, y);
+}
+
 void PlotWindow::restorePlacement()
 {
     const Session& s = S();
@@ -245,12 +283,46 @@ void PlotWindow::restorePlacement()
     m_loading = true;
     if (width > 0 && height > 0) {
         move(QPointF(left / TwipsPerPixel, top / TwipsPerPixel).toPoint());
-        resize(QSizeF(width / TwipsPerPixel, height / TwipsPerPixel).toSize());
+        resize(QSizeF(width / TwipsPerPixel, height / TwipsPerPixel).toSize().expandedTo(minimumSizeHint()));
     } else {
-        resize(QSizeF(m_designWidth / TwipsPerPixel, m_designHeight / TwipsPerPixel).toSize());
+        resize(QSizeF(m_designWidth / TwipsPerPixel, m_designHeight / TwipsPerPixel)
+                   .toSize()
+                   .expandedTo(minimumSizeHint()));
+        if (const QWidget* anchor = placementAnchor(); anchor && anchor->isVisible()) {
+            // The frame of this window is not known before it is shown; the anchor's tells how
+            // much the window system adds.
+            const QSize decoration = anchor->frameGeometry().size() - anchor->size();
+            const QScreen* screen = anchor->screen();
+            const QRect available = screen ? screen->availableGeometry() : anchor->frameGeometry();
+            // The first place of the cascade that no other plot window on the screen holds.
+            auto taken = [this](const QPoint& at) {
+                for (QWidget* w : QApplication::topLevelWidgets())
+                    if (w != this && w->isVisible() && qobject_cast<PlotWindow*>(w) && w->pos() == at)
+                        return true;
+                return false;
+            };
+            const QSize frame = size() + decoration;
+            int n = 0;
+            while (n < MaxCascade && taken(besideAnchor(anchor->frameGeometry(), frame, available, n, CascadeStep)))
+                ++n;
+            move(besideAnchor(anchor->frameGeometry(), frame, available, n, CascadeStep));
+        }
     }
     if (isVisible())
         m_loading = false;
+}
+
+void PlotWindow::setMinimumFormSize(double width, double height)
+{
+    m_surface->setMinimumSize(qCeil(width / TwipsPerPixel), qCeil(height / TwipsPerPixel));
+}
+
+void PlotWindow::pressOnEnter(const QString& box, const QString& button)
+{
+    auto* edit = findChild<QLineEdit*>(box);
+    auto* press = findChild<QAbstractButton*>(button);
+    if (edit && press)
+        connect(edit, &QLineEdit::returnPressed, press, [press] { press->click(); });
 }
 
 void PlotWindow::storePlacement()

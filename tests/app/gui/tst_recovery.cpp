@@ -6,7 +6,7 @@
 // next start. The test program runs on the program's own application object, so a handler's
 // run-time error takes the same path as in the program.
 
-#include "../../mainwindow/gui/MainWindowTestSupport.h"
+#include "mainwindow/gui/MainWindowTestSupport.h"
 
 #include "app/gui/Application.h"
 #include "mainwindow/Journal.h"

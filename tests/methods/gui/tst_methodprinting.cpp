@@ -5,7 +5,7 @@
 // printer's resolution, so a line that is one pixel wide on the screen is one printer's dot
 // (1/600 inch) wide on the page, and the controls stand on it drawn at that resolution too.
 
-#include "../../mainwindow/gui/MainWindowTestSupport.h"
+#include "mainwindow/gui/MainWindowTestSupport.h"
 
 #include "methods/chords/gui/frmPlott3.h"
 #include "methods/fourier/gui/frmPlott5.h"
