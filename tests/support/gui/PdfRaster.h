@@ -15,6 +15,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <vector>
 
 namespace dip::test {
 
@@ -46,6 +47,33 @@ inline QImage rasterisePdf(const QString& pdf, int dpi, QString* error)
 
 inline bool inked(const QImage& image, int x, int y) { return qGray(image.pixel(x, y)) < 128; }
 
+// Which pixels are inked, row by row.
+class InkMap {
+public:
+    explicit InkMap(const QImage& image)
+        : m_width(image.width()), m_height(image.height()), m_ink(std::size_t(m_width) * std::size_t(m_height))
+    {
+        // A grey page as it is; a coloured picture by qGray's weights.
+        const bool grey = image.format() == QImage::Format_Grayscale8;
+        const QImage rgb = grey ? QImage() : image.convertToFormat(QImage::Format_RGB32);
+        for (int y = 0; y < m_height; ++y) {
+            const uchar* greyRow = grey ? image.constScanLine(y) : nullptr;
+            const auto* rgbRow = grey ? nullptr : reinterpret_cast<const QRgb*>(rgb.constScanLine(y));
+            for (int x = 0; x < m_width; ++x)
+                m_ink[std::size_t(y) * std::size_t(m_width) + std::size_t(x)] =
+                    (grey ? int(greyRow[x]) : qGray(rgbRow[x])) < 128;
+        }
+    }
+    int width() const { return m_width; }
+    int height() const { return m_height; }
+    bool at(int x, int y) const { return m_ink[std::size_t(y) * std::size_t(m_width) + std::size_t(x)]; }
+
+private:
+    int m_width;
+    int m_height;
+    std::vector<bool> m_ink;
+};
+
 // The longest straight run of inked pixels (horizontal or vertical), and across how many
 // neighbouring rows or columns the run is inked (90 % of it or more): the line's thickness.
 struct StraightLine {
@@ -56,9 +84,10 @@ struct StraightLine {
 
 inline StraightLine longestLine(const QImage& image, bool horizontal)
 {
-    const int lines = horizontal ? image.height() : image.width();
-    const int along = horizontal ? image.width() : image.height();
-    auto ink = [&](int line, int i) { return horizontal ? inked(image, i, line) : inked(image, line, i); };
+    const InkMap map(image);
+    const int lines = horizontal ? map.height() : map.width();
+    const int along = horizontal ? map.width() : map.height();
+    auto ink = [&](int line, int i) { return horizontal ? map.at(i, line) : map.at(line, i); };
     StraightLine best;
     int bestStart = 0;
     for (int line = 0; line < lines; ++line) {
