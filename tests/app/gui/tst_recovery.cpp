@@ -202,8 +202,6 @@ SessionPicture RecoveryTest::runAndFail(bool inverted)
     control<QCheckBox>(*window, QStringLiteral("Check1"))->click();
     control<QPushButton>(*window, QStringLiteral("Command8"))->click();
     const SessionPicture before = picture(*window);
-    if (before.texts[1].isEmpty() || before.texts[12].isEmpty() || before.numPts != 57)
-        qWarning("the first run did not produce its results");
 
     FailingButton failing;
     failing.show();
