@@ -3,7 +3,8 @@
 # Copyright (c) the Dipscope developers
 # Installs the Debian/Ubuntu packages the build needs, when any is missing.
 set -eu
-packages="cmake g++ make pkg-config qt6-base-dev qt6-svg-dev liberfa-dev libcfitsio-dev fonts-dejavu-core"
+# poppler-utils: the printing tests look at a printed PDF page with pdftoppm.
+packages="cmake g++ make pkg-config qt6-base-dev qt6-svg-dev liberfa-dev libcfitsio-dev fonts-dejavu-core poppler-utils"
 missing=""
 for p in $packages; do
     if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then

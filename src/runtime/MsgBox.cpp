@@ -18,6 +18,18 @@ MsgBoxHook& hook()
     return h;
 }
 
+QuestionHook& question()
+{
+    // Without a window system nobody can answer: the question is written on standard error and
+    // taken as answered "No", which changes nothing.
+    static QuestionHook h = [](const QString& text, const QString&) {
+        std::fprintf(stderr, "%s [No]\n",
+                     QString(text).replace(QLatin1Char('\n'), QLatin1Char(' ')).toLocal8Bit().constData());
+        return false;
+    };
+    return h;
+}
+
 } // namespace
 
 void MsgBox(const QString& text, const QString& title) { hook()(text, title.isNull() ? programTitle() : title); }
@@ -26,6 +38,18 @@ MsgBoxHook setMsgBoxHook(MsgBoxHook h)
 {
     MsgBoxHook previous = std::move(hook());
     hook() = std::move(h);
+    return previous;
+}
+
+bool AskYesNo(const QString& text, const QString& title)
+{
+    return question()(text, title.isNull() ? programTitle() : title);
+}
+
+QuestionHook setQuestionHook(QuestionHook h)
+{
+    QuestionHook previous = std::move(question());
+    question() = std::move(h);
     return previous;
 }
 

@@ -19,6 +19,15 @@ void MsgBox(const QString& text, const QString& title = QString());
 // Installs the function that shows message boxes; returns the previous one.
 MsgBoxHook setMsgBoxHook(MsgBoxHook hook);
 
+// A question with "Yes" and "No" buttons; true for "Yes". The observer's toolkit asks through it
+// (the recovery offer at start-up), so that tests answer it without a modal dialog.
+using QuestionHook = std::function<bool(const QString& text, const QString& title)>;
+
+bool AskYesNo(const QString& text, const QString& title = QString());
+
+// Installs the function that asks questions; returns the previous one.
+QuestionHook setQuestionHook(QuestionHook hook);
+
 // The program's title, used by every message box.
 inline QString programTitle() { return QStringLiteral("Dipscope"); }
 

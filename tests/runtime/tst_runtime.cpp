@@ -39,6 +39,7 @@ private Q_SLOTS:
     void cdblRejects_data();
     void cdblRejects();
     void messageHook();
+    void questionHook();
 };
 
 void RuntimeTest::standardTexts_data()
@@ -287,6 +288,22 @@ void RuntimeTest::messageHook()
     rt::MsgBox(QStringLiteral("Singular matrix 2"));
     QCOMPARE(recorder.messages(), QStringList{QStringLiteral("Singular matrix 2")});
     QCOMPARE(recorder.titles(), QStringList{QStringLiteral("Dipscope")});
+}
+
+void RuntimeTest::questionHook()
+{
+    // Without a window nobody answers: "No".
+    QVERIFY(!rt::AskYesNo(QStringLiteral("Restore?")));
+    QStringList asked;
+    const rt::QuestionHook previous = rt::setQuestionHook([&](const QString& text, const QString& title) {
+        asked << text << title;
+        return true;
+    });
+    QVERIFY(rt::AskYesNo(QStringLiteral("Restore that session?")));
+    QVERIFY(rt::AskYesNo(QStringLiteral("Again?"), QStringLiteral("Other")));
+    rt::setQuestionHook(previous);
+    QCOMPARE(asked, (QStringList{"Restore that session?", "Dipscope", "Again?", "Other"}));
+    QVERIFY(!rt::AskYesNo(QStringLiteral("Restore?")));
 }
 
 QTEST_GUILESS_MAIN(RuntimeTest)

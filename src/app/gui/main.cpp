@@ -50,11 +50,15 @@ int main(int argc, char* argv[])
     dip::installWindowMessageBoxes();
     dip::frmMain window;
     window.show();
-    if (!arguments.isEmpty()) {
-        // Loaded from the event loop, so that the window is up for any message and a failure
-        // gets the standard report like any other handler's.
-        const QString file = arguments.first();
-        QTimer::singleShot(0, &window, [&window, file] { window.openFromCommandLine(file); });
+    const QString file = arguments.isEmpty() ? QString() : arguments.first();
+    if (qEnvironmentVariableIsSet("DIPSCOPE_EXIT_WHEN_SHOWN")) {
+        // No question may wait for an answer here: the file alone, as always.
+        if (!file.isEmpty())
+            QTimer::singleShot(0, &window, [&window, file] { window.openFromCommandLine(file); });
+    } else {
+        // From the event loop, so that the window is up for any question or message and a
+        // failure gets the standard report like any other handler's.
+        QTimer::singleShot(0, &window, [&window, file] { dip::StartSession(window, file); });
     }
     if (qEnvironmentVariableIsSet("DIPSCOPE_EXIT_WHEN_SHOWN")) {
         // For the start-up benchmark and the tests: once the window has been painted for the

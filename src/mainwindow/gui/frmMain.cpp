@@ -3,6 +3,7 @@
 #include "mainwindow/gui/frmMain.h"
 
 #include "help/gui/HelpEntries.h"
+#include "mainwindow/Journal.h"
 #include "mainwindow/Means.h"
 #include "mainwindow/Settings.h"
 #include "mainwindow/StartUp.h"
@@ -11,6 +12,7 @@
 #include "mainwindow/gui/frmSaveAs.h"
 #include "methods/gui/MethodEntries.h"
 #include "plotting/gui/PlotDataEntry.h"
+#include "plotting/gui/PlotWindow.h"
 #include "runtime/RuntimeError.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
@@ -98,6 +100,8 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent)
     m_open = new frmOpen(this);
     m_saveAs = new frmSaveAs(this);
     setMainForm(this);
+    // Plot windows with no placement stored open beside this one.
+    PlotWindow::setPlacementAnchor(this);
     Form_Load();
 }
 
@@ -343,6 +347,8 @@ void frmMain::endProgram()
         return;
     m_ended = true;
     WriteSettings();
+    // Beside the settings, the session for the next start (its own file; no window is involved).
+    SaveJournalAtEnd(nullptr);
     rt::exitProgram(0);
 }
 

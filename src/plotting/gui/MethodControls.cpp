@@ -48,6 +48,15 @@ QPushButton* MethodControls::button(const QString& name, const QString& text, st
     return b;
 }
 
+double MethodControls::width(Kind kind, double given)
+{
+    switch (kind) {
+    case Label: return given > 0 ? given : 1300;
+    case TextBox: return given > 0 ? given : 1200;
+    default: return buttonWidth;
+    }
+}
+
 double MethodControls::rowTop(double formHeight, int row)
 {
     switch (row) {

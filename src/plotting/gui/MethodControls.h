@@ -32,6 +32,11 @@ public:
 
     static double rowTop(double formHeight, int row);
 
+    enum Kind { Label, TextBox, Button };
+    // A control's width in twips: the given one, or the kind's own when it is 0 (buttons always
+    // have their own).
+    static double width(Kind kind, double given);
+
 private:
     PlotWindow& m_form;
 };

@@ -5,6 +5,8 @@
 #include "plotting/gui/MethodControls.h"
 #include "plotting/MethodPlot.h"
 
+#include <algorithm>
+
 namespace dip {
 
 MethodWindow::MethodWindow(int winPosLine, const QString& designCaption, std::vector<Control> controls)
@@ -12,12 +14,22 @@ MethodWindow::MethodWindow(int winPosLine, const QString& designCaption, std::ve
 {
     setCaption(designCaption);
     MethodControls c(*this);
+    // The controls stand at fixed left edges in the rows below the plot: the window is at least
+    // as wide as the rightmost of them needs and as high as the rows, the axes and a plot box of
+    // the least room need.
+    double right = 0;
+    for (const Control& k : m_controls)
+        right = std::max(right, k.left + MethodControls::width(k.kind == Control::Label     ? MethodControls::Label
+                                                               : k.kind == Control::TextBox ? MethodControls::TextBox
+                                                                                            : MethodControls::Button,
+                                                               k.width));
+    setMinimumFormSize(std::max(right + ControlMargin, StandardMinimumWidth), StandardMinimumHeight);
     for (const Control& k : m_controls) {
         const QString name = QLatin1String(k.name);
         const QString text = QLatin1String(k.text);
         switch (k.kind) {
-        case Control::Label: c.label(name, text, k.width > 0 ? k.width : 1300); break;
-        case Control::TextBox: c.textBox(name, text, k.width > 0 ? k.width : 1200); break;
+        case Control::Label: c.label(name, text, MethodControls::width(MethodControls::Label, k.width)); break;
+        case Control::TextBox: c.textBox(name, text, MethodControls::width(MethodControls::TextBox, k.width)); break;
         case Control::Button:
             c.button(name, text, [this, name] {
                 if (name == QLatin1String("Command1"))

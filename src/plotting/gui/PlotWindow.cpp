@@ -8,6 +8,7 @@
 #include "session/Session.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QFontMetricsF>
@@ -17,9 +18,14 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScreen>
+#include <QStringList>
+#include <QtMath>
 
+#include <algorithm>
 #include <optional>
+#include <vector>
 
 namespace dip {
 
@@ -35,6 +41,64 @@ public:
     QImage image;
     Rgb foreColor = colours::black;
     QPointF pen; // twips
+
+    // The drawing since the last cls, primitive by primitive in twips, so that it can be drawn
+    // again at any resolution (a printer's) rather than scaled up from the screen's pixels.
+    struct Primitive {
+        enum Kind : unsigned char { Line, Point, Circle, Text } kind;
+        Rgb colour;
+        double a, b, c, d; // Line: x1, y1, x2, y2; Point: x, y; Circle: x, y, radius; Text: x, y, angle
+        int text;          // Text: index into texts
+    };
+    std::vector<Primitive> drawing;
+    QStringList texts;
+
+    void record(Primitive::Kind kind, double a, double b, double c = 0, double d = 0, int text = -1)
+    {
+        drawing.push_back({kind, foreColor, a, b, c, d, text});
+    }
+
+    // The recorded drawing on painter, whose coordinates are the surface's logical pixels. Lines
+    // are one device pixel wide on whatever device the painter draws, as on the screen.
+    void replay(QPainter& p, const QFont& font) const
+    {
+        p.save();
+        p.setRenderHint(QPainter::Antialiasing, false);
+        const QTransform pixels = p.worldTransform();
+        p.scale(1.0 / TwipsPerPixel, 1.0 / TwipsPerPixel);
+        // The font as large as on the screen: sizes in points are taken at the picture's
+        // resolution, whatever the device's.
+        QFont deviceFont = font;
+        if (font.pointSizeF() > 0 && p.device())
+            deviceFont.setPointSizeF(font.pointSizeF() * image.logicalDpiY() / p.device()->logicalDpiY());
+        std::optional<Rgb> colour;
+        for (const Primitive& q : drawing) {
+            if (!colour || !(*colour == q.colour)) {
+                QPen pen(QColor(q.colour.r, q.colour.g, q.colour.b));
+                pen.setCosmetic(true);
+                pen.setWidthF(1.0);
+                p.setPen(pen);
+                colour = q.colour;
+            }
+            switch (q.kind) {
+            case Primitive::Line: p.drawLine(QPointF(q.a, q.b), QPointF(q.c, q.d)); break;
+            case Primitive::Point: p.drawPoint(QPointF(q.a, q.b)); break;
+            case Primitive::Circle: p.drawEllipse(QPointF(q.a, q.b), q.c, q.c); break;
+            case Primitive::Text: {
+                const QTransform twips = p.worldTransform();
+                p.setWorldTransform(pixels);
+                p.setFont(deviceFont);
+                p.translate(q.a / TwipsPerPixel, q.b / TwipsPerPixel);
+                p.rotate(q.c);
+                p.drawText(QRectF(QPointF(0, 0), QSizeF(4000, 200)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip,
+                           texts[q.text]);
+                p.setWorldTransform(twips);
+                break;
+            }
+            }
+        }
+        p.restore();
+    }
 
     void ensureSize()
     {
@@ -176,6 +240,40 @@ void PlotWindow::setDesignSize(double width, double height)
     resize(QSizeF(width / TwipsPerPixel, height / TwipsPerPixel).toSize());
 }
 
+namespace {
+
+QPointer<QWidget>& placementAnchor()
+{
+    static QPointer<QWidget> anchor;
+    return anchor;
+}
+
+// The cascade's step (about a title bar), and how far it goes: one place for each plot window.
+constexpr int CascadeStep = 30;
+constexpr int MaxCascade = 6;
+// Room between the anchor and a window beside it.
+constexpr int BesideGap = 8;
+
+} // namespace
+
+void PlotWindow::setPlacementAnchor(QWidget* anchor) { placementAnchor() = anchor; }
+
+QPoint PlotWindow::besideAnchor(const QRect& anchor, const QSize& frame, const QRect& available, int n, int step)
+{
+    const int shift = n * step;
+    int x = anchor.right() + 1 + BesideGap + shift;
+    if (x + frame.width() > available.right() + 1) {
+        x = anchor.left() - BesideGap - frame.width() - shift;
+        if (x < available.left())
+            x = std::max(available.left(), available.right() + 1 - frame.width());
+    }
+    int y = anchor.top() + shift;
+    if (y + frame.height() > available.bottom() + 1)
+        y = available.bottom() + 1 - frame.height();
+    y = std::max(y, available.top());
+    return QPoint(x, y);
+}
+
 void PlotWindow::restorePlacement()
 {
     const Session& s = S();
@@ -185,12 +283,46 @@ void PlotWindow::restorePlacement()
     m_loading = true;
     if (width > 0 && height > 0) {
         move(QPointF(left / TwipsPerPixel, top / TwipsPerPixel).toPoint());
-        resize(QSizeF(width / TwipsPerPixel, height / TwipsPerPixel).toSize());
+        resize(QSizeF(width / TwipsPerPixel, height / TwipsPerPixel).toSize().expandedTo(minimumSizeHint()));
     } else {
-        resize(QSizeF(m_designWidth / TwipsPerPixel, m_designHeight / TwipsPerPixel).toSize());
+        resize(QSizeF(m_designWidth / TwipsPerPixel, m_designHeight / TwipsPerPixel)
+                   .toSize()
+                   .expandedTo(minimumSizeHint()));
+        if (const QWidget* anchor = placementAnchor(); anchor && anchor->isVisible()) {
+            // The frame of this window is not known before it is shown; the anchor's tells how
+            // much the window system adds.
+            const QSize decoration = anchor->frameGeometry().size() - anchor->size();
+            const QScreen* screen = anchor->screen();
+            const QRect available = screen ? screen->availableGeometry() : anchor->frameGeometry();
+            // The first place of the cascade that no other plot window on the screen holds.
+            auto taken = [this](const QPoint& at) {
+                for (QWidget* w : QApplication::topLevelWidgets())
+                    if (w != this && w->isVisible() && qobject_cast<PlotWindow*>(w) && w->pos() == at)
+                        return true;
+                return false;
+            };
+            const QSize frame = size() + decoration;
+            int n = 0;
+            while (n < MaxCascade && taken(besideAnchor(anchor->frameGeometry(), frame, available, n, CascadeStep)))
+                ++n;
+            move(besideAnchor(anchor->frameGeometry(), frame, available, n, CascadeStep));
+        }
     }
     if (isVisible())
         m_loading = false;
+}
+
+void PlotWindow::setMinimumFormSize(double width, double height)
+{
+    m_surface->setMinimumSize(qCeil(width / TwipsPerPixel), qCeil(height / TwipsPerPixel));
+}
+
+void PlotWindow::pressOnEnter(const QString& box, const QString& button)
+{
+    auto* edit = findChild<QLineEdit*>(box);
+    auto* press = findChild<QAbstractButton*>(button);
+    if (edit && press)
+        connect(edit, &QLineEdit::returnPressed, press, [press] { press->click(); });
 }
 
 void PlotWindow::storePlacement()
@@ -227,6 +359,8 @@ void PlotWindow::cls()
     m_surface->finish();
     m_surface->ensureSize();
     m_surface->image.fill(Qt::white);
+    m_surface->drawing.clear();
+    m_surface->texts.clear();
     m_surface->pen = QPointF(0, 0);
     m_surface->changed();
 }
@@ -236,6 +370,7 @@ void PlotWindow::setForeColor(Rgb colour) { m_surface->foreColor = colour; }
 void PlotWindow::line(double x1, double y1, double x2, double y2)
 {
     m_surface->painter().drawLine(QPointF(x1, y1), QPointF(x2, y2));
+    m_surface->record(PlotSurface::Primitive::Line, x1, y1, x2, y2);
     m_surface->pen = QPointF(x2, y2);
     m_surface->changed();
 }
@@ -245,6 +380,7 @@ void PlotWindow::lineTo(double x, double y) { line(m_surface->pen.x(), m_surface
 void PlotWindow::pset(double x, double y)
 {
     m_surface->painter().drawPoint(QPointF(x, y));
+    m_surface->record(PlotSurface::Primitive::Point, x, y);
     m_surface->pen = QPointF(x, y);
     m_surface->changed();
 }
@@ -252,6 +388,7 @@ void PlotWindow::pset(double x, double y)
 void PlotWindow::circle(double x, double y, double radius)
 {
     m_surface->painter().drawEllipse(QPointF(x, y), radius, radius);
+    m_surface->record(PlotSurface::Primitive::Circle, x, y, radius);
     m_surface->pen = QPointF(x, y);
     m_surface->changed();
 }
@@ -271,6 +408,8 @@ void PlotWindow::drawText(double x, double y, double angle, const QString& text)
     p.rotate(angle);
     p.drawText(QRectF(QPointF(0, 0), QSizeF(4000, 200)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, text);
     p.restore();
+    m_surface->texts << text;
+    m_surface->record(PlotSurface::Primitive::Text, x, y, angle, 0, int(m_surface->texts.size() - 1));
     m_surface->changed();
 }
 
@@ -350,6 +489,25 @@ QColor PlotWindow::pixelAt(double x, double y) const
 }
 
 QWidget* PlotWindow::surface() const { return m_surface; }
+
+QSize PlotWindow::clientSize() const { return m_surface->size(); }
+
+void PlotWindow::renderClientArea(QPainter& painter) const
+{
+    m_surface->finish();
+    const QRectF area(QPointF(0, 0), QSizeF(m_surface->size()));
+    painter.save();
+    painter.setClipRect(area, Qt::IntersectClip);
+    painter.fillRect(area, Qt::white);
+    m_surface->replay(painter, font());
+    painter.restore();
+    // The controls on top, each drawn by its own style at the painter's resolution.
+    const QList<QWidget*> controls = m_surface->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget* control : controls) {
+        if (control->isVisibleTo(m_surface) && !control->isWindow())
+            control->render(&painter, control->pos(), QRegion(), QWidget::DrawChildren);
+    }
+}
 
 void PlotWindow::setMousePointer(int code)
 {

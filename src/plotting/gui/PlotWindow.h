@@ -23,9 +23,11 @@
 #include <QImage>
 #include <QMainWindow>
 #include <QPointF>
+#include <QRect>
 
 class QAction;
 class QMenu;
+class QPainter;
 
 namespace dip {
 
@@ -34,6 +36,17 @@ class PlotSurface;
 class PlotWindow : public QMainWindow, public FormPort {
     Q_OBJECT
 public:
+    // The least room a plot box keeps when the window is made small (twips): enough for a curve
+    // and the axes' numbers.
+    static constexpr double MinPlotWidth = 3000;
+    static constexpr double MinPlotHeight = 1500;
+    // The room kept right of the rightmost control, as left of the leftmost.
+    static constexpr double ControlMargin = 240;
+    // The least form width and height for a plot box with the standard margins (left 500, right
+    // W - 415, top 242, bottom H - 1850: the light-curve window's and the method windows').
+    static constexpr double StandardMinimumWidth = 500 + MinPlotWidth + 415;
+    static constexpr double StandardMinimumHeight = 242 + MinPlotHeight + 1850;
+
     // winPosLine: the line of WinPos (1..7) that holds this window's placement.
     explicit PlotWindow(int winPosLine, QWidget* parent = nullptr);
     ~PlotWindow() override;
@@ -80,6 +93,12 @@ public:
     QColor pixelAt(double x, double y) const;
     // The surface, for mouse events in tests.
     QWidget* surface() const;
+    // The client area below the menu bar, in logical pixels.
+    QSize clientSize() const;
+    // The client area drawn afresh on painter, whose coordinates are the client area's logical
+    // pixels: the drawing since the last cls() from its twips, then the controls on top. On a
+    // printer's painter it comes out at the printer's resolution, not as the screen's pixels.
+    void renderClientArea(QPainter& painter) const;
     // Mouse pointer: 1 arrow, 2 cross-hair.
     void setMousePointer(int code);
     int mousePointer() const { return m_pointer; }
@@ -87,6 +106,20 @@ public:
     // Twips of the drawing surface for a point in its logical pixels, and back.
     static QPointF toTwips(const QPointF& pixels);
     static QPointF toPixels(double x, double y);
+
+    // The window the plot windows open beside when no placement of theirs is stored (the main
+    // window); nullptr: none.
+    static void setPlacementAnchor(QWidget* anchor);
+    // Where a window of frame size `frame` opens when no placement is stored: beside the anchor's
+    // frame, on the right when the available area has room, else on the left, else as far right
+    // as the area allows (away from the anchor's buttons on its left); the n-th place of the
+    // cascade (from 0) is step pixels further down and away from the anchor. In screen pixels. A
+    // window takes the first place that no other plot window on the screen holds.
+    static QPoint besideAnchor(const QRect& anchor, const QSize& frame, const QRect& available, int n, int step);
+
+    // Presses button when Enter is pressed in the text box (both by name): the window's action
+    // for that box.
+    void pressOnEnter(const QString& box, const QString& button);
 
     // The File menu's handlers (the same for every plot window).
     void mPrint_Click();
@@ -103,9 +136,14 @@ protected:
     virtual void Form_MouseMove(int button, int shift, double x, double y);
 
     // Places the window from its WinPos line while the window-loading flag is set, so that the
-    // resize this causes is not stored back. A line of zeros (nothing saved yet) keeps the
-    // window's design size.
+    // resize this causes is not stored back. A line without a size (nothing saved yet: zeros)
+    // keeps the window's design size and opens the window beside the main window, cascaded. A
+    // stored size smaller than the window's minimum opens at the minimum; the line itself keeps
+    // what the user saved until the window is moved, resized or closed.
     void restorePlacement();
+    // The smallest client area, in twips, at which every control is visible and clear of the
+    // others and the plot box keeps room: the window cannot be made smaller.
+    void setMinimumFormSize(double width, double height);
     // Stores left, top, width and height (twips, 16-bit) into the window's WinPos line.
     void storePlacement();
     bool isLoading() const { return m_loading; }

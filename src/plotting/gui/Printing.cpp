@@ -2,6 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "plotting/gui/Printing.h"
 
+#include "plotting/gui/PlotWindow.h"
+
 #include <QDir>
 #include <QLoggingCategory>
 #include <QMainWindow>
@@ -191,17 +193,24 @@ void PrintForm(QWidget* form)
         QWidget* client = form;
         if (auto* window = qobject_cast<QMainWindow*>(form); window && window->centralWidget())
             client = window->centralWidget();
-        const QPixmap image = client->grab();
         QPainter painter;
         if (!painter.begin(&printer))
             return;
         // As large as on the screen, made smaller to fit the page.
-        QSizeF size =
-            image.deviceIndependentSize() * (printer.resolution() / double(std::max(1, client->logicalDpiX())));
+        const QSizeF logical = client->size();
+        QSizeF size = logical * (printer.resolution() / double(std::max(1, client->logicalDpiX())));
         const QSizeF page = painter.viewport().size();
         if (size.width() > page.width() || size.height() > page.height())
             size.scale(page, Qt::KeepAspectRatio);
-        painter.drawPixmap(QRectF(QPointF(0, 0), size), image, QRectF(image.rect()));
+        if (auto* plot = qobject_cast<PlotWindow*>(form)) {
+            // A plot window draws its picture again at the printer's resolution.
+            painter.scale(size.width() / std::max(1.0, logical.width()),
+                          size.height() / std::max(1.0, logical.height()));
+            plot->renderClientArea(painter);
+        } else {
+            const QPixmap image = client->grab();
+            painter.drawPixmap(QRectF(QPointF(0, 0), size), image, QRectF(image.rect()));
+        }
         painter.end();
     } catch (...) {
     }

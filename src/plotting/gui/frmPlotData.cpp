@@ -14,7 +14,12 @@
 
 namespace dip {
 
-frmPlotData::frmPlotData(QWidget* parent) : PlotWindow(7, parent) { setObjectName(QStringLiteral("frmPlotData")); }
+frmPlotData::frmPlotData(QWidget* parent) : PlotWindow(7, parent)
+{
+    setObjectName(QStringLiteral("frmPlotData"));
+    // No controls on the form: only the plot box and its axes need room.
+    setMinimumFormSize(StandardMinimumWidth, StandardMinimumHeight);
+}
 
 void frmPlotData::PlotData() { PlotLightCurve(*this); }
 

@@ -117,7 +117,7 @@ void FrmPlott2Test::opensWithDesignAndPublishes()
     QCOMPARE(bar->singleStep(), 1);
     QCOMPARE(bar->pageStep(), 5);
     QCOMPARE(bar->value(), 16383);
-    QCOMPARE(bar->size(), QSize(73, 17)); // 1095 x 255 twips
+    QCOMPARE(bar->size(), QSize(241, 17)); // 3615 x 255 twips: from "Fold HJD:" to the end of "Update"
     QCOMPARE(m_form->controlText("Text1"), QStringLiteral("       0.45000"));
     QCOMPARE(mainForm().text(2), QStringLiteral("0.45000"));
     QCOMPARE(mainForm().text(8), QStringLiteral("0.0001"));

@@ -5,6 +5,7 @@
 #include "plotting/gui/frmPlotData.h"
 #include "session/Session.h"
 #include "support/TestSupport.h"
+#include "support/gui/PdfRaster.h"
 
 #include <QAction>
 #include <QApplication>
@@ -139,14 +140,33 @@ void PrintingTest::printsTheWindowOnOnePage()
 {
     const QString pdf = m_dir.filePath(QStringLiteral("window.pdf"));
     CurrentPrinter().outputFile = pdf;
+    CurrentPrinter().printQuality = 600;
     frmPlotData& form = PlotDataWindow();
     form.findChild<QAction*>(QStringLiteral("mPrint"))->trigger();
     const QByteArray bytes = readFile(pdf);
     QVERIFY(bytes.startsWith("%PDF"));
     QCOMPARE(pdfPages(bytes), 1);
-    // The one image on the page is the window's client area, pixel for pixel.
-    const QImage client = form.surface()->grab().toImage();
-    QCOMPARE(pdfImages(bytes), QList<QSize>{client.size()});
+    // The picture is drawn on the page, not pasted as the screen's pixels.
+    QCOMPARE(pdfImages(bytes), QList<QSize>{});
+
+    // The plot's frame: one pixel wide on the screen and one printer's dot (1/600 in) on paper,
+    // as long as on the screen.
+    const double width = S().PlotWidth / TwipsPerPixel, height = S().PlotHeight / TwipsPerPixel;
+    const test::StraightLine screenAcross = test::longestLine(form.picture(), true);
+    const test::StraightLine screenDown = test::longestLine(form.picture(), false);
+    QCOMPARE(screenAcross.thickness, 1);
+    QCOMPARE(screenDown.thickness, 1);
+    QVERIFY(std::abs(screenAcross.length - width) <= 2);
+    QString error;
+    const QImage page = test::rasterisePdf(pdf, 600, &error);
+    QVERIFY2(!page.isNull(), qPrintable(error));
+    const test::StraightLine across = test::longestLine(page, true);
+    const test::StraightLine down = test::longestLine(page, false);
+    QCOMPARE(across.thickness, 1);
+    QCOMPARE(down.thickness, 1);
+    const double scale = 600.0 / 96;
+    QVERIFY2(std::abs(across.length - width * scale) <= 3, qPrintable(QString::number(across.length)));
+    QVERIFY2(std::abs(down.length - height * scale) <= 3, qPrintable(QString::number(down.length)));
 }
 
 void PrintingTest::settingsReachThePage()
@@ -318,15 +338,25 @@ void PrintingTest::printToFileChoice()
     const QString pdf = m_dir.filePath(QStringLiteral("chosen.pdf"));
     m_fake.confirm = true;
     m_fake.answer.outputFile = pdf;
+    m_fake.answer.printQuality = 600;
     PrintSetup(&PlotDataWindow());
     OtherForm other;
     other.showForm();
     other.setForeColor(colours::red);
-    other.line(300, 300, 3000, 3000);
+    other.line(300, 300, 3000, 300);
     other.findChild<QAction*>(QStringLiteral("mPrint"))->trigger();
     const QByteArray bytes = readFile(pdf);
     QCOMPARE(pdfPages(bytes), 1);
-    QCOMPARE(pdfImages(bytes), QList<QSize>{other.surface()->grab().toImage().size()});
+    QCOMPARE(pdfImages(bytes), QList<QSize>{});
+    // The line, 180 pixels long on the screen, is one dot thick on the page at the dialog's
+    // resolution, not a band of scaled-up pixels.
+    QCOMPARE(CurrentPrinter().printQuality, 600);
+    QString error;
+    const QImage page = test::rasterisePdf(pdf, 600, &error);
+    QVERIFY2(!page.isNull(), qPrintable(error));
+    const test::StraightLine line = test::longestLine(page, true);
+    QCOMPARE(line.thickness, 1);
+    QVERIFY2(std::abs(line.length - 180 * 600 / 96) <= 2, qPrintable(QString::number(line.length)));
 }
 
 void PrintingTest::descriptionsOnlyInTheLog_data()

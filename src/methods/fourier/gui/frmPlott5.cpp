@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace dip {
 
 namespace {
@@ -25,6 +27,8 @@ const char* const parameterCaptions[9] = {"",          "ToM, Xo",   "Const, C", 
 constexpr double BoxWidth = 1800, BoxHeight = 315, CaptionHeight = 240, BoxPitch = 600;
 constexpr double ButtonWidth = 1200, ButtonHeight = 375, ButtonPitch = 1320;
 constexpr double LabelHeight = 255;
+// Room between controls that must not touch.
+constexpr double ControlGap = 120;
 
 } // namespace
 
@@ -78,7 +82,28 @@ frmPlott5::frmPlott5()
     connect(m_command2, &QPushButton::clicked, this, [this] { Command2_Click(); });
     connect(m_command3, &QPushButton::clicked, this, [this] { Command3_Click(); });
     connect(m_command4, &QPushButton::clicked, this, [this] { Command4_Click(); });
+    // Enter in a parameter box presses "Update", the preview of the values typed.
+    for (int k = 1; k <= 8; ++k)
+        pressOnEnter(fourierText::boxName(k), QStringLiteral("Command1"));
+    setMinimumFormSize(minimumWidth(), minimumHeight());
     placeControls();
+}
+
+// The boxes' column (from W - 2100, as wide as a box) stays clear of the buttons' row, which
+// ends at the right edge of "Done", and the plot box keeps its least width.
+double frmPlott5::minimumWidth()
+{
+    const double buttonsRight = FourierPlotLeft + 3 * ButtonPitch + ButtonWidth;
+    const double column = FourierRightMargin - 300; // from the column's left edge to W
+    return std::max(buttonsRight + ControlGap + column, FourierPlotLeft + MinPlotWidth + FourierRightMargin);
+}
+
+// The eighth box ends inside the form, and the plot box keeps its least height above the rows
+// of the index labels and the buttons.
+double frmPlott5::minimumHeight()
+{
+    const double boxesBottom = FourierPlotTop + 7 * BoxPitch + CaptionHeight + BoxHeight;
+    return std::max(boxesBottom + ControlGap, FourierPlotTop + MinPlotHeight + FourierBottomMargin);
 }
 
 frmPlott5::~frmPlott5() = default;

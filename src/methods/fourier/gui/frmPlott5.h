@@ -58,6 +58,9 @@ private:
     // The controls follow the form's size: the boxes right of the plot, the rest below it.
     // Every drawing of the plot places them.
     void placeControls();
+    // The least form size, in twips, at which no control is hidden or covers another.
+    static double minimumWidth();
+    static double minimumHeight();
 
     FourierView m_view;
     // Text1_Change is suppressed while the window loads.

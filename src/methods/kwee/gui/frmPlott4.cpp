@@ -23,7 +23,11 @@ frmPlott4::frmPlott4()
                     {C::TextBox, "Text2", ".9", 800, 4700, 2},
                     {C::Button, "Command2", "Undo", 0, 5700, 0},
                     {C::Button, "Command3", "Done", 0, 7200, 0}})
-{}
+{
+    // Enter in "Stepp" or "Frac" presses "Fit Kwee".
+    pressOnEnter(QStringLiteral("Text1"), QStringLiteral("Command1"));
+    pressOnEnter(QStringLiteral("Text2"), QStringLiteral("Command1"));
+}
 
 frmPlott4& frmPlott4::form()
 {

@@ -10,6 +10,8 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 
+#include <algorithm>
+
 namespace dip {
 
 namespace {
@@ -20,9 +22,12 @@ QPointer<frmPlott2>& created()
     return form;
 }
 
-// Design sizes in twips. The bar's is the window design's; the others fit their captions
-// between the fixed left positions of the layout.
-constexpr double ScrollWidth = 1095, ScrollHeight = 255;
+// Sizes in twips. The bar is as long as the row above it allows, from the left edge of "Fold
+// HJD:" to the right edge of "Update" (the averaging label stands beside it at 3960), rather
+// than the window design's 1095, so that a step of the fold is a step the mouse can make; its
+// height is the design's. The others fit their captions between the fixed left positions of
+// the layout.
+constexpr double ScrollWidth = 2880 + 975 - 240, ScrollHeight = 255;
 constexpr double BoxWidth = 1455, BoxHeight = 315;
 constexpr double ButtonHeight = 375;
 
@@ -93,6 +98,16 @@ frmPlott2::frmPlott2() : PlotWindow(2)
     connect(m_command3, &QPushButton::clicked, this, [this] { Command3_Click(); });
     connect(m_command4, &QPushButton::clicked, this, [this] { Command4_Click(); });
     setTracingPaperWindow(this, this);
+
+    // Reached with Tab after "Done", and moved with the keys.
+    m_scroll->setFocusPolicy(Qt::StrongFocus);
+    pressOnEnter(QStringLiteral("Text1"), QStringLiteral("Command1"));
+    // At least as wide as the controls at their fixed left edges need and as high as the two
+    // rows, the axes and a plot box of the least room (its bottom is at H - 2100).
+    double right = 0;
+    for (QWidget* control : {static_cast<QWidget*>(m_label8), static_cast<QWidget*>(m_command4)})
+        right = std::max(right, double(control->geometry().right() + 1) * TwipsPerPixel);
+    setMinimumFormSize(std::max(right + ControlMargin, StandardMinimumWidth), 242 + MinPlotHeight + 2100);
 }
 
 frmPlott2::~frmPlott2()
