@@ -366,6 +366,37 @@ private Q_SLOTS:
         QVERIFY(!deegKweeStatusText(r.status).isEmpty());
     }
 
+    // Whatever the points, the method answers: a finite time and error, or a refusal.
+    void anyCurveAnswers()
+    {
+        std::mt19937_64 rng(99);
+        std::uniform_real_distribution<double> u(0, 1);
+        std::normal_distribution<double> g(0, 1);
+        int answered = 0;
+        for (int k = 0; k < 2000; ++k) {
+            const int n = 7 + int(u(rng) * 60);
+            Points p;
+            for (int i = 0; i < n; ++i) {
+                // Times on a coarse grid, so some repeat; magnitudes of a dip, a ramp or noise.
+                p.t.push_back(std::round(u(rng) * 40) / 400);
+                const double kind = double(k % 3);
+                const double x = p.t.back() - 0.05;
+                p.m.push_back(kind == 0 ? -100 * x * x : kind == 1 ? x : 0.0);
+                p.m.back() += 0.01 * g(rng) + (u(rng) < 0.05 ? 1.0 : 0.0);
+            }
+            const DeegKweeResult r = run(p);
+            if (r.status == DeegKweeStatus::Ok || r.status == DeegKweeStatus::NotConverged) {
+                QVERIFY(std::isfinite(r.time) && std::isfinite(r.error) && r.error >= 0);
+                QVERIFY(r.time >= *std::min_element(p.t.begin(), p.t.end()));
+                QVERIFY(r.time <= *std::max_element(p.t.begin(), p.t.end()));
+                ++answered;
+            } else {
+                QVERIFY(r.foldSums.empty());
+            }
+        }
+        QVERIFY(answered > 100);
+    }
+
     void rangeOutsideTheArrays_data()
     {
         QTest::addColumn<int>("count");

@@ -205,6 +205,8 @@ double foldStep(const Folds& folds, double centre, double h0, double sigma)
 // average than those in the outer third on either side.
 bool isDip(const std::vector<double>& t, const std::vector<double>& m, std::size_t lo, std::size_t hi, double time)
 {
+    if (hi <= lo)
+        return false;
     const double w = std::max(time - t[lo], t[hi - 1] - time);
     double inner = 0, left = 0, right = 0;
     int nInner = 0, nLeft = 0, nRight = 0;
@@ -394,7 +396,7 @@ DeegKweeResult DeegKwee(const double* tIn, const double* mIn, int n, const DeegK
     }
     if (r.iterations > params.maxIterations)
         r.iterations = params.maxIterations;
-    if (!bracketed || !isDip(t, m, fit.lo, fit.hi, vertex)) {
+    if (r.status == DeegKweeStatus::NoMinimum || !bracketed || !isDip(t, m, fit.lo, fit.hi, vertex)) {
         r.status = DeegKweeStatus::NoMinimum;
         return r;
     }
