@@ -382,7 +382,9 @@ private Q_SLOTS:
                 const double kind = double(k % 3);
                 const double x = p.t.back() - 0.05;
                 p.m.push_back(kind == 0 ? -100 * x * x : kind == 1 ? x : 0.0);
-                p.m.back() += 0.01 * g(rng) + (u(rng) < 0.05 ? 1.0 : 0.0);
+                const double noise = 0.01 * g(rng);
+                const double outlier = u(rng) < 0.05 ? 1.0 : 0.0;
+                p.m.back() += noise + outlier;
             }
             const DeegKweeResult r = run(p);
             if (r.status == DeegKweeStatus::Ok || r.status == DeegKweeStatus::NotConverged) {
@@ -391,7 +393,12 @@ private Q_SLOTS:
                 QVERIFY(r.time <= *std::max_element(p.t.begin(), p.t.end()));
                 ++answered;
             } else {
-                QVERIFY(r.foldSums.empty());
+                QVERIFY2(r.foldSums.empty(), qPrintable(QStringLiteral("status %1 k %2 it %3 time %4 pairs %5")
+                                                            .arg(int(r.status))
+                                                            .arg(k)
+                                                            .arg(r.iterations)
+                                                            .arg(r.time)
+                                                            .arg(r.pairs)));
             }
         }
         QVERIFY(answered > 100);
