@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// The bootstrap error of a time of minimum: the method is run again on B light curves resampled
+// from the user's own, with the same picked range and parameters, and the error is the standard
+// deviation of the B times (with their 16th and 84th percentiles).
+//
+// Resampling: a residual bootstrap about a smooth model of the picked range (Efron & Tibshirani
+// 1993, ch. 9; Davison & Hinkley 1997, ch. 6). Over the range r_i = m_i - model(t_i), scaled to
+// the variance of the noise (by 1 / sqrt(1 - h_ii) with the leverages of the default smoother,
+// or by sqrt(n / (n - p)) for a model with p fitted parameters) and centred. A replicate is
+// model(t_i) + r*_i, with r* the residual series resampled in moving blocks (Kuensch 1989): blocks
+// of L consecutive residuals starting at uniformly drawn points, laid end to end, so correlated
+// noise keeps its correlation within a block. Points outside the range are kept as they are.
+//
+// Block length: from the lag-1 autocorrelation rho of the residuals. L = 1 (independent
+// residuals) while rho <= 2 / sqrt(n), white noise within its own scatter; otherwise Carlstein's
+// (1986) rule for an AR(1) series, L = (2 rho / (1 - rho^2))^(2/3) n^(1/3), at least 2 and at most
+// n / 3.
+//
+// The replicates run one per task on all cores. Each draws from its own stream seeded by the
+// seed and its index, and the statistics are formed in index order, so the digits do not depend
+// on the number of threads or on their scheduling. A replicate whose method throws a runtime
+// error, or gives no result, is counted as a failure (by error number) and never stops the
+// others.
+
+#include "runtime/Array.h"
+#include "runtime/Integer.h"
+
+#include <QString>
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace dip {
+
+// One resampled light curve as the methods take it: points 1..count, the range first..last.
+struct ResampledCurve {
+    rt::ObsArray t;
+    rt::ObsArray m;
+    rt::Integer count = 0;
+    rt::Integer first = 0;
+    rt::Integer last = 0;
+};
+
+// The method on one resampled curve: its time of minimum, or nothing when it has no result (a
+// search it gave up). A runtime error it throws is counted under its number. It runs on worker
+// threads, several at once, so it must touch no shared state.
+using BootstrapMethod = std::function<std::optional<double>(const ResampledCurve&)>;
+
+// A smooth model of the range: magnitude at a time.
+using BootstrapModel = std::function<double(double t)>;
+
+struct BootstrapSetup {
+    std::vector<double> t; // the used points, point i at index i - 1
+    std::vector<double> m;
+    int first = 1; // the picked range, 1-based and inclusive
+    int last = 0;
+    BootstrapModel model;    // empty: the local quadratic smoother (LocalSmoother)
+    int modelParameters = 0; // p of a given model, for the residuals' scale; 0: none fitted
+    int replicates = 500;
+    std::uint64_t seed = 1;
+    int blockLength = 0; // 0: from the residuals' lag-1 autocorrelation
+    int threads = 0;     // 0: all cores
+
+    // The session's form: t(1..count), m(1..count) and a range.
+    static BootstrapSetup fromArrays(const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer count, rt::Integer first,
+                                     rt::Integer last);
+};
+
+// Failure counts by runtime error number; 0 counts the replicates without a result, -1 those
+// that failed with anything else.
+constexpr int noResultFailure = 0;
+constexpr int otherFailure = -1;
+
+struct BootstrapResult {
+    QString problem; // why nothing ran (a range outside the points, ...); empty when it ran
+
+    int requested = 0;
+    int done = 0; // replicates run: requested, unless cancelled
+    int successes = 0;
+    int failures = 0;
+    std::map<int, int> failuresByError;
+    bool cancelled = false;
+
+    double error = 0; // standard deviation of the times (divisor n - 1)
+    double mean = 0;
+    double p16 = 0; // percentiles of the times, linear between order statistics
+    double p84 = 0;
+    std::vector<double> times; // by replicate; NaN where it failed or did not run
+
+    int blockLength = 0;
+    double lag1 = 0;            // the residuals' lag-1 autocorrelation
+    double residualRms = 0;     // of the scaled, centred residuals
+    int smootherNeighbours = 0; // k of the default smoother; 0 when a model was given
+
+    bool valid() const { return problem.isEmpty() && successes >= 2; }
+};
+
+// progress(done, requested) is called from the calling thread at least every 100 ms while the
+// replicates run, and once at the end. Setting *cancel stops the replicates not yet started;
+// the result then says so and holds the statistics of those done.
+BootstrapResult runBootstrap(const BootstrapSetup& setup, const BootstrapMethod& method,
+                             const std::function<void(int done, int requested)>& progress = {},
+                             const std::atomic<bool>* cancel = nullptr);
+
+// The block length of the rule above for n residuals with lag-1 autocorrelation rho.
+int bootstrapBlockLength(double rho, int n);
+
+} // namespace dip

@@ -1,0 +1,504 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+
+#include "analysis/Bootstrap.h"
+#include "analysis/LocalSmoother.h"
+#include "methods/chords/BisectChords.h"
+#include "methods/parabola/FitParabola.h"
+#include "support/SimulatedEclipse.h"
+#include "support/TestSupport.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <cstring>
+#include <stdexcept>
+#include <thread>
+
+using namespace dip;
+using dip::test::Dip;
+using dip::test::DipShape;
+
+namespace {
+
+// The methods as the bootstrap calls them, on the range of the resampled curve.
+std::optional<double> parabolaTime(const ResampledCurve& c)
+{
+    return FitParabola(c.t, c.m, c.count, c.first, c.last).time;
+}
+
+// The bisectors of chords with the left and right ranges the stretches below and above the
+// curve's middle time, leaving out the faintest quarter of the range.
+struct ChordsRanges {
+    rt::Integer idx1, idx2, idx3, idx4;
+};
+BootstrapMethod chordsTime(ChordsRanges r)
+{
+    return [r](const ResampledCurve& c) -> std::optional<double> {
+        return BisectChords(c.t, c.m, c.count, r.idx1, r.idx2, r.idx3, r.idx4).time;
+    };
+}
+
+// A parabola-shaped dip m = depth - curvature (t - vertex)^2 at the given times.
+std::vector<double> parabolaDip(const std::vector<double>& t, double vertex, double noise, std::mt19937_64& rng)
+{
+    std::normal_distribution<double> g(0, 1);
+    std::vector<double> m;
+    for (double x : t)
+        m.push_back(0.5 - 800 * (x - vertex) * (x - vertex) + noise * g(rng));
+    return m;
+}
+
+BootstrapSetup setupOf(const std::vector<double>& t, const std::vector<double>& m)
+{
+    BootstrapSetup s;
+    s.t = t;
+    s.m = m;
+    s.first = 1;
+    s.last = int(t.size());
+    return s;
+}
+
+double standardDeviation(const std::vector<double>& v)
+{
+    double mean = 0;
+    for (double x : v)
+        mean += x;
+    mean /= double(v.size());
+    double q = 0;
+    for (double x : v)
+        q += (x - mean) * (x - mean);
+    return std::sqrt(q / double(v.size() - 1));
+}
+
+bool sameDigits(const std::vector<double>& a, const std::vector<double>& b)
+{
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
+}
+
+// AR(1) noise of standard deviation sigma and lag-1 correlation rho.
+std::vector<double> redNoise(int n, double sigma, double rho, std::mt19937_64& rng)
+{
+    std::normal_distribution<double> g(0, 1);
+    std::vector<double> e(static_cast<std::size_t>(n));
+    double x = sigma * g(rng);
+    for (double& v : e) {
+        v = x;
+        x = rho * x + sigma * std::sqrt(1 - rho * rho) * g(rng);
+    }
+    return e;
+}
+
+} // namespace
+
+class TestBootstrap : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Without noise every replicate is the curve itself: the error is 0.
+    void noiselessCurveGivesZero()
+    {
+        std::mt19937_64 rng(1);
+        const std::vector<double> t = test::evenTimes(0.45, 0.55, 80);
+        const std::vector<double> m = parabolaDip(t, 0.5012, 0, rng);
+
+        BootstrapSetup given = setupOf(t, m);
+        given.model = [](double x) { return 0.5 - 800 * (x - 0.5012) * (x - 0.5012); };
+        given.replicates = 100;
+        const BootstrapResult a = runBootstrap(given, parabolaTime);
+        QVERIFY(a.valid());
+        QCOMPARE(a.successes, 100);
+        QCOMPARE(a.error, 0.0);
+        QCOMPARE(a.p16, a.p84);
+
+        // The local quadratic follows a parabola to the last digits.
+        BootstrapSetup smoothed = setupOf(t, m);
+        smoothed.replicates = 100;
+        const BootstrapResult b = runBootstrap(smoothed, parabolaTime);
+        QVERIFY(b.valid());
+        QVERIFY2(b.error < 1e-12, qPrintable(QString::number(b.error)));
+        QVERIFY(std::abs(b.mean - 0.5012) < 1e-9);
+
+        // A smooth dip, noiseless, timed by the bisectors of chords: what is left is the
+        // smoother's miss of the curve, far below any noise (10^-6 d is a tenth of a second).
+        Dip g;
+        std::vector<double> mg;
+        for (double x : t)
+            mg.push_back(g.magnitude(x));
+        BootstrapSetup chords = setupOf(t, mg);
+        chords.replicates = 50;
+        const BootstrapResult c = runBootstrap(chords, chordsTime({10, 35, 46, 71}));
+        QVERIFY(c.valid());
+        QVERIFY2(c.error < 1e-6, qPrintable(QString::number(c.error)));
+        QVERIFY2(c.residualRms < 1e-4, qPrintable(QString::number(c.residualRms)));
+    }
+
+    // On white noise the bootstrap error of one light curve matches the scatter of the times
+    // over independent draws of the noise.
+    void whiteNoiseMatchesTheScatter_data()
+    {
+        QTest::addColumn<int>("method");
+        QTest::addColumn<double>("noise");
+        QTest::newRow("parabola, default smoother") << 0 << 0.01;
+        QTest::newRow("parabola, noisier") << 0 << 0.03;
+        QTest::newRow("bisectors of chords, default smoother") << 1 << 0.01;
+    }
+    void whiteNoiseMatchesTheScatter()
+    {
+        QFETCH(int, method);
+        QFETCH(double, noise);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 100);
+        Dip dip;
+        dip.centre = 0.5013;
+        const BootstrapMethod timeOf = method == 0 ? BootstrapMethod(parabolaTime) : chordsTime({8, 40, 61, 93});
+        auto curve = [&](std::mt19937_64& rng) {
+            return method == 0 ? parabolaDip(t, dip.centre, noise, rng) : test::noisyMagnitudes(dip, t, noise, rng);
+        };
+
+        // The scatter over 400 independent draws.
+        std::mt19937_64 rng(7);
+        std::vector<double> times;
+        for (int k = 0; k < 400; ++k) {
+            BootstrapSetup s = setupOf(t, curve(rng));
+            ResampledCurve c;
+            c.count = rt::Integer(t.size());
+            c.first = 1;
+            c.last = c.count;
+            for (std::size_t i = 0; i < t.size(); ++i) {
+                c.t(long(i) + 1) = s.t[i];
+                c.m(long(i) + 1) = s.m[i];
+            }
+            times.push_back(*timeOf(c));
+        }
+        const double scatter = standardDeviation(times);
+
+        // The bootstrap on a few single curves.
+        double sum = 0;
+        const int curves = 6;
+        for (int k = 0; k < curves; ++k) {
+            BootstrapSetup s = setupOf(t, curve(rng));
+            s.replicates = 300;
+            s.seed = 100 + std::uint64_t(k);
+            const BootstrapResult r = runBootstrap(s, timeOf);
+            QVERIFY(r.valid());
+            QCOMPARE(r.failures, 0);
+            QCOMPARE(r.blockLength, 1);
+            sum += r.error;
+        }
+        const double bootstrap = sum / curves;
+        QVERIFY2(std::abs(bootstrap / scatter - 1) < 0.2,
+                 qPrintable(QStringLiteral("bootstrap %1, scatter %2").arg(bootstrap).arg(scatter)));
+    }
+
+    // The 16th and 84th percentiles bracket the mean about one error either side.
+    void percentiles()
+    {
+        std::mt19937_64 rng(3);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 100);
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        const BootstrapResult r = runBootstrap(s, parabolaTime);
+        QVERIFY(r.valid());
+        QCOMPARE(r.requested, 500);
+        QCOMPARE(r.done, 500);
+        QVERIFY(r.p16 < r.mean && r.mean < r.p84);
+        QVERIFY(std::abs((r.p84 - r.p16) / 2 / r.error - 1) < 0.15);
+        // Linear between order statistics: the 16th percentile of the sorted times.
+        std::vector<double> sorted = r.times;
+        std::sort(sorted.begin(), sorted.end());
+        const double x = 0.16 * 499;
+        const std::size_t i = std::size_t(x);
+        QCOMPARE(r.p16, sorted[i] + (x - double(i)) * (sorted[i + 1] - sorted[i]));
+    }
+
+    // A seed gives the same digits whatever the number of threads; another seed other digits.
+    void seedGivesTheSameDigits()
+    {
+        std::mt19937_64 rng(5);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 120);
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        s.replicates = 200;
+        s.seed = 42;
+        s.threads = 1;
+        const BootstrapResult one = runBootstrap(s, parabolaTime);
+        for (int threads : {2, 3, 8}) {
+            s.threads = threads;
+            const BootstrapResult many = runBootstrap(s, parabolaTime);
+            QVERIFY2(sameDigits(many.times, one.times), qPrintable(QStringLiteral("%1 threads").arg(threads)));
+            QVERIFY(std::memcmp(&many.error, &one.error, sizeof(double)) == 0);
+            QVERIFY(std::memcmp(&many.p16, &one.p16, sizeof(double)) == 0);
+        }
+        s.seed = 43;
+        const BootstrapResult other = runBootstrap(s, parabolaTime);
+        QVERIFY(!sameDigits(other.times, one.times));
+    }
+
+    // Points outside the range are never resampled; inside, only magnitudes change.
+    void outsideTheRangeKept()
+    {
+        std::mt19937_64 rng(9);
+        const std::vector<double> t = test::evenTimes(0.40, 0.60, 150);
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        s.first = 30;
+        s.last = 120;
+        s.replicates = 60;
+        std::atomic<int> touched{0};
+        std::atomic<int> changed{0};
+        const BootstrapResult r = runBootstrap(s, [&](const ResampledCurve& c) -> std::optional<double> {
+            bool differs = false;
+            for (int i = 1; i <= c.count; ++i) {
+                if (c.t(i) != s.t[std::size_t(i - 1)])
+                    touched.fetch_add(1);
+                const bool inside = i >= s.first && i <= s.last;
+                if (!inside && c.m(i) != s.m[std::size_t(i - 1)])
+                    touched.fetch_add(1);
+                differs = differs || (inside && c.m(i) != s.m[std::size_t(i - 1)]);
+            }
+            if (differs)
+                changed.fetch_add(1);
+            return parabolaTime(c);
+        });
+        QCOMPARE(touched.load(), 0);
+        QCOMPARE(changed.load(), 60);
+        QCOMPARE(r.successes, 60);
+    }
+
+    // A replicate that fails is counted under its error number and never stops the others.
+    void failuresCounted()
+    {
+        std::mt19937_64 rng(11);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 60);
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        s.replicates = 300;
+        // Decided by the resampled residuals, so the same replicates fail on every run.
+        const auto model = [](double x) { return 0.5 - 800 * (x - 0.5) * (x - 0.5); };
+        s.model = model;
+        const BootstrapMethod flaky = [model](const ResampledCurve& c) -> std::optional<double> {
+            if (c.m(1) - model(c.t(1)) > 0.005)
+                rt::raise(11);
+            if (c.m(2) - model(c.t(2)) > 0.005)
+                return std::nullopt;
+            if (c.m(3) - model(c.t(3)) < -0.015)
+                throw std::runtime_error("not a runtime error");
+            return parabolaTime(c);
+        };
+        s.threads = 1;
+        const BootstrapResult one = runBootstrap(s, flaky);
+        s.threads = 4;
+        const BootstrapResult r = runBootstrap(s, flaky);
+        QVERIFY(r.problem.isEmpty());
+        QCOMPARE(r.done, 300);
+        QVERIFY(r.failuresByError.count(11) && r.failuresByError.at(11) > 20);
+        QVERIFY(r.failuresByError.count(noResultFailure) && r.failuresByError.at(noResultFailure) > 10);
+        QVERIFY(r.failuresByError.count(otherFailure) && r.failuresByError.at(otherFailure) >= 1);
+        int counted = 0;
+        for (const auto& [number, count] : r.failuresByError)
+            counted += count;
+        QCOMPARE(counted, r.failures);
+        QCOMPARE(r.successes + r.failures, 300);
+        int nan = 0;
+        for (double x : r.times)
+            nan += std::isnan(x) ? 1 : 0;
+        QCOMPARE(nan, r.failures);
+        QVERIFY(r.valid());
+        QCOMPARE(r.failuresByError, one.failuresByError);
+        QVERIFY(std::memcmp(&r.error, &one.error, sizeof(double)) == 0);
+
+        // Every replicate failing: counted, no statistics, no crash.
+        const BootstrapResult all =
+            runBootstrap(s, [](const ResampledCurve&) -> std::optional<double> { rt::raise(6); });
+        QCOMPARE(all.failures, 300);
+        QCOMPARE(all.failuresByError.at(6), 300);
+        QCOMPARE(all.successes, 0);
+        QVERIFY(!all.valid());
+    }
+
+    // Cancel stops the replicates not yet started and the result says so.
+    void cancelStopsEarly()
+    {
+        std::mt19937_64 rng(13);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 60);
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        s.replicates = 500;
+        s.threads = 2;
+        std::atomic<bool> cancel{false};
+        std::atomic<int> calls{0};
+        const BootstrapResult r = runBootstrap(
+            s,
+            [&](const ResampledCurve& c) -> std::optional<double> {
+                if (calls.fetch_add(1) == 40)
+                    cancel.store(true);
+                return parabolaTime(c);
+            },
+            {}, &cancel);
+        QVERIFY(r.cancelled);
+        QVERIFY(r.done >= 41);
+        QVERIFY(r.done < 500);
+        QCOMPARE(r.successes, r.done);
+        QVERIFY(r.valid());
+    }
+
+    // Progress comes from the calling thread while the replicates run, and once at the end.
+    void progressReported()
+    {
+        std::mt19937_64 rng(17);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 60);
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        s.replicates = 120;
+        s.threads = 2;
+        const std::thread::id caller = std::this_thread::get_id();
+        std::vector<int> seen;
+        bool otherThread = false;
+        const BootstrapResult r = runBootstrap(
+            s,
+            [](const ResampledCurve& c) -> std::optional<double> {
+                std::this_thread::sleep_for(std::chrono::milliseconds(2));
+                return parabolaTime(c);
+            },
+            [&](int done, int requested) {
+                otherThread = otherThread || std::this_thread::get_id() != caller;
+                QCOMPARE(requested, 120);
+                seen.push_back(done);
+            });
+        QVERIFY(!otherThread);
+        QVERIFY(seen.size() >= 2);
+        QCOMPARE(seen.back(), 120);
+        QVERIFY(std::is_sorted(seen.begin(), seen.end()));
+        QCOMPARE(r.done, 120);
+    }
+
+    // Correlated noise: the residuals' lag-1 correlation chooses blocks, and the blocks carry
+    // the correlation into the replicates, which independent residuals would lose.
+    void blocksKeepCorrelation()
+    {
+        std::mt19937_64 rng(19);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 200);
+        std::vector<double> m = parabolaDip(t, 0.5, 0, rng);
+        const std::vector<double> e = redNoise(200, 0.01, 0.8, rng);
+        for (std::size_t i = 0; i < m.size(); ++i)
+            m[i] += e[i];
+        BootstrapSetup s = setupOf(t, m);
+        s.model = [](double x) { return 0.5 - 800 * (x - 0.5) * (x - 0.5); };
+        s.modelParameters = 3;
+        s.replicates = 300;
+        const BootstrapResult blocks = runBootstrap(s, parabolaTime);
+        QVERIFY(blocks.lag1 > 0.6);
+        QCOMPARE(blocks.blockLength, bootstrapBlockLength(blocks.lag1, 200));
+        QVERIFY(blocks.blockLength > 3);
+        s.blockLength = 1;
+        const BootstrapResult single = runBootstrap(s, parabolaTime);
+        QVERIFY2(blocks.error > 1.5 * single.error,
+                 qPrintable(QStringLiteral("%1 %2").arg(blocks.error).arg(single.error)));
+    }
+
+    void blockLengthRule_data()
+    {
+        QTest::addColumn<double>("rho");
+        QTest::addColumn<int>("n");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("white") << 0.0 << 100 << 1;
+        QTest::newRow("within the scatter of white noise") << 0.19 << 100 << 1;
+        QTest::newRow("negative") << -0.5 << 100 << 1;
+        // (2 rho / (1 - rho^2))^(2/3) n^(1/3): 0.5, 100 gives 1.3333^(2/3) 4.6416 = 5.62.
+        QTest::newRow("rho 0.5") << 0.5 << 100 << 6;
+        QTest::newRow("rho 0.5, short") << 0.5 << 20 << 3;
+        QTest::newRow("rho 0.95, capped at n/3") << 0.95 << 30 << 10;
+    }
+    void blockLengthRule()
+    {
+        QFETCH(double, rho);
+        QFETCH(int, n);
+        QFETCH(int, expected);
+        QCOMPARE(bootstrapBlockLength(rho, n), expected);
+    }
+
+    void refusedSetups_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        QTest::addColumn<int>("replicates");
+        QTest::newRow("first 0") << 0 << 20 << 10;
+        QTest::newRow("last beyond the points") << 1 << 31 << 10;
+        QTest::newRow("two points") << 5 << 6 << 10;
+        QTest::newRow("reversed") << 20 << 5 << 10;
+        QTest::newRow("no replicates") << 1 << 30 << 0;
+    }
+    void refusedSetups()
+    {
+        QFETCH(int, first);
+        QFETCH(int, last);
+        QFETCH(int, replicates);
+        std::mt19937_64 rng(1);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 30);
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        s.first = first;
+        s.last = last;
+        s.replicates = replicates;
+        bool called = false;
+        const BootstrapResult r = runBootstrap(s, [&](const ResampledCurve&) -> std::optional<double> {
+            called = true;
+            return 0.0;
+        });
+        QVERIFY(!r.problem.isEmpty());
+        QVERIFY(!called);
+        QVERIFY(!r.valid());
+    }
+
+    // The session's arrays.
+    void fromArrays()
+    {
+        rt::ObsArray t;
+        rt::ObsArray m;
+        for (int i = 1; i <= 25; ++i) {
+            t(i) = 0.01 * i;
+            m(i) = i % 3;
+        }
+        const BootstrapSetup s = BootstrapSetup::fromArrays(t, m, 25, 4, 20);
+        QCOMPARE(int(s.t.size()), 25);
+        QCOMPARE(s.t[3], 0.04);
+        QCOMPARE(s.m[4], 2.0);
+        QCOMPARE(s.first, 4);
+        QCOMPARE(s.last, 20);
+    }
+
+    // The local quadratic: exact on a quadratic, leverages between 0 and 1 summing to the
+    // trace that GCV uses, continuous between the points.
+    void localSmoother()
+    {
+        std::vector<double> t = test::evenTimes(0.0, 1.0, 41);
+        std::mt19937_64 rng(23);
+        std::uniform_real_distribution<double> u(-0.3, 0.3);
+        for (std::size_t i = 1; i + 1 < t.size(); ++i)
+            t[i] += u(rng) / 40;
+        std::vector<double> m;
+        for (double x : t)
+            m.push_back(2 - 3 * x + 5 * x * x);
+        for (int k : {3, 7, 15, 41}) {
+            const LocalSmoother q(t, m, k);
+            for (double x : {0.0, 0.123, 0.5, 0.987})
+                QVERIFY(std::abs(q(x) - (2 - 3 * x + 5 * x * x)) < 1e-9);
+        }
+        std::normal_distribution<double> g(0, 0.1);
+        std::vector<double> noisy = m;
+        for (double& y : noisy)
+            y += g(rng);
+        const LocalSmoother chosen(t, noisy);
+        QVERIFY(chosen.neighbours() >= 7);
+        const std::vector<double> h = chosen.leverages();
+        double trace = 0;
+        for (double x : h) {
+            QVERIFY(x > 0 && x <= 1);
+            trace += x;
+        }
+        const std::vector<double> fit = chosen.fittedValues();
+        double rss = 0;
+        for (std::size_t i = 0; i < t.size(); ++i)
+            rss += (noisy[i] - fit[i]) * (noisy[i] - fit[i]);
+        const double n = double(t.size());
+        DIP_COMPARE_REL(chosen.gcv(chosen.neighbours()), n * rss / ((n - trace) * (n - trace)), 1e-12);
+        for (double x = 0.2; x < 0.3; x += 0.0001)
+            QVERIFY(std::abs(chosen(x + 0.0001) - chosen(x)) < 0.01);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBootstrap)
+#include "tst_bootstrap.moc"
