@@ -5,7 +5,7 @@
 #include "BenchSupport.h"
 
 #include "mainwindow/StartUp.h"
-#include "methods/gui/MethodEntries.h"
+#include "methods/gui/MethodStarts.h"
 #include "methods/tracing/TracingPaper.h"
 #include "methods/tracing/TracingPaperMemory.h"
 #include "session/Session.h"

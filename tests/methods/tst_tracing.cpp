@@ -425,19 +425,19 @@ void TracingPaperTest::foldBeforeFirstObservation()
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
     const auto red = m_window->dotsIn(colours::red);
     QCOMPARE(red.size(), 1);
-    QCOMPARE(red[0].x, PlotX(scale, 0.40));
-    QCOMPARE(red[0].y, PlotY(scale, s.SmoothMag(1)));
+    QCOMPARE(red[0].x, PlotX(m_window->transform(), scale, 0.40));
+    QCOMPARE(red[0].y, PlotY(m_window->transform(), scale, s.SmoothMag(1)));
     QCOMPARE(m_window->linesIn(colours::red).size(), 0);
     // Points 2..10 mirrored; the first of them has no dot.
     const auto blue = m_window->dotsIn(colours::blue);
     QCOMPARE(blue.size(), 8);
     for (int i = 3; i <= 10; ++i) {
-        QCOMPARE(blue[i - 3].x, PlotX(scale, 2 * 0.3 - s.HJD(i)));
-        QCOMPARE(blue[i - 3].y, PlotY(scale, s.SmoothMag(i)));
+        QCOMPARE(blue[i - 3].x, PlotX(m_window->transform(), scale, 2 * 0.3 - s.HJD(i)));
+        QCOMPARE(blue[i - 3].y, PlotY(m_window->transform(), scale, s.SmoothMag(i)));
     }
     const auto blueLines = m_window->linesIn(colours::blue);
     QCOMPARE(blueLines.size(), 8);
-    QCOMPARE(blueLines[0].x1, PlotX(scale, 2 * 0.3 - s.HJD(2)));
+    QCOMPARE(blueLines[0].x1, PlotX(m_window->transform(), scale, 2 * 0.3 - s.HJD(2)));
 }
 
 void TracingPaperTest::foldAtOrAfterLast_data()
@@ -458,7 +458,7 @@ void TracingPaperTest::foldAtOrAfterLast()
     const auto red = m_window->dotsIn(colours::red);
     QCOMPARE(red.size(), 10);
     for (int i = 1; i <= 10; ++i)
-        QCOMPARE(red[i - 1].x, PlotX(scale, s.HJD(i)));
+        QCOMPARE(red[i - 1].x, PlotX(m_window->transform(), scale, s.HJD(i)));
     QCOMPARE(m_window->linesIn(colours::red).size(), 9);
     QCOMPARE(m_window->dotsIn(colours::blue).size(), 0);
     QCOMPARE(m_window->linesIn(colours::blue).size(), 0);
@@ -475,18 +475,18 @@ void TracingPaperTest::foldInsideMirrorsLaterPoints()
     const auto red = m_window->dotsIn(colours::red);
     QCOMPARE(red.size(), 5);
     for (int i = 1; i <= 5; ++i)
-        QCOMPARE(red[i - 1].y, PlotY(scale, s.SmoothMag(i)));
+        QCOMPARE(red[i - 1].y, PlotY(m_window->transform(), scale, s.SmoothMag(i)));
     QVERIFY(s.SmoothMag(2) != s.Mag(2));
     const auto blue = m_window->dotsIn(colours::blue);
     QCOMPARE(blue.size(), 4);
     for (int i = 7; i <= 10; ++i) {
-        QCOMPARE(blue[i - 7].x, PlotX(scale, 2 * 0.445 - s.HJD(i)));
-        QCOMPARE(blue[i - 7].y, PlotY(scale, s.SmoothMag(i)));
+        QCOMPARE(blue[i - 7].x, PlotX(m_window->transform(), scale, 2 * 0.445 - s.HJD(i)));
+        QCOMPARE(blue[i - 7].y, PlotY(m_window->transform(), scale, s.SmoothMag(i)));
     }
     // The mirrored point 6 lands on 0.44 (point 5's time): reflected branches overlay.
     const auto blueLines = m_window->linesIn(colours::blue);
     QCOMPARE(blueLines.size(), 4);
-    QVERIFY(near(blueLines[0].x1, PlotX(scale, 0.44)));
+    QVERIFY(near(blueLines[0].x1, PlotX(m_window->transform(), scale, 0.44)));
 }
 
 void TracingPaperTest::scaleStopsShortOfFold()
@@ -558,7 +558,7 @@ void TracingPaperTest::gridOverFoldSpan()
         QCOMPARE(l.x1, l.x2);
         QCOMPARE(l.y1, s.PlotTop);
         QCOMPARE(l.y2, s.PlotBottom);
-        times << PlotTimeAt(scale, l.x1);
+        times << PlotTimeAt(m_window->transform(), scale, l.x1);
     }
     QCOMPARE(times.size(), 9);
     // Multiples of the single-precision step: 80 to 88 times 0.005f.

@@ -6,8 +6,9 @@
 #include "plotting/PlotBox.h"
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
+#include "session/Formatting.h"
 #include "session/MainForm.h"
-#include "session/Procedures.h"
+#include "session/Results.h"
 #include "session/Session.h"
 
 #include <cmath>
@@ -81,13 +82,13 @@ int drawLeftBranch(Canvas& canvas, const PlotScale& scale)
 {
     const Session& s = S();
     canvas.setForeColor(colours::red);
-    double px = PlotX(scale, s.HJD(1));
-    double py = PlotY(scale, s.SmoothMag(1));
+    double px = PlotX(canvas.transform(), scale, s.HJD(1));
+    double py = PlotY(canvas.transform(), scale, s.SmoothMag(1));
     DrawPointDisc(canvas, px, py);
     int i = 2;
     while (i <= s.NumPts && s.HJD(i) <= s.FoldHJD) {
-        const double x = PlotX(scale, s.HJD(i));
-        const double y = PlotY(scale, s.SmoothMag(i));
+        const double x = PlotX(canvas.transform(), scale, s.HJD(i));
+        const double y = PlotY(canvas.transform(), scale, s.SmoothMag(i));
         canvas.line(px, py, x, y);
         DrawPointDisc(canvas, x, y);
         px = x;
@@ -105,11 +106,11 @@ void drawRightBranch(Canvas& canvas, const PlotScale& scale, int first)
     if (first > s.NumPts)
         return;
     canvas.setForeColor(colours::blue);
-    double px = PlotX(scale, 2 * s.FoldHJD - s.HJD(first));
-    double py = PlotY(scale, s.SmoothMag(first));
+    double px = PlotX(canvas.transform(), scale, 2 * s.FoldHJD - s.HJD(first));
+    double py = PlotY(canvas.transform(), scale, s.SmoothMag(first));
     for (int i = first + 1; i <= s.NumPts; ++i) {
-        const double x = PlotX(scale, 2 * s.FoldHJD - s.HJD(i));
-        const double y = PlotY(scale, s.SmoothMag(i));
+        const double x = PlotX(canvas.transform(), scale, 2 * s.FoldHJD - s.HJD(i));
+        const double y = PlotY(canvas.transform(), scale, s.SmoothMag(i));
         canvas.line(px, py, x, y);
         DrawPointDisc(canvas, x, y);
         px = x;
@@ -153,9 +154,10 @@ void PlotTracingPaper()
     // fold by HJD(1) - HJDMin (normally the 0.002-day padding). It is kept so.
     const double W = form.formWidth();
     const double H = form.formHeight();
-    SetPlotBox(500, W - 415, 242, H - 2100);
+    SetPlotBox(form, 500, W - 415, 242, H - 2100);
     DrawFrame(form);
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
+    form.transform().scale = scale;
 
     const int first = drawLeftBranch(form, scale);
     drawRightBranch(form, scale, first);
@@ -164,11 +166,8 @@ void PlotTracingPaper()
 
     // The fold is the result: published at the end of every redraw.
     form.setControlText(QStringLiteral("Text1"), FormatFixed(s.FoldHJD, 14, 5));
-    MainForm& main = mainForm();
-    main.setText(2, FormatResult(s.HJDOffset + s.FoldHJD));
-    // One scroll step, whatever the data.
-    main.setText(8, QStringLiteral("0.0001"));
-    main.setChecked(2, true);
+    // The error is one scroll step, whatever the data, shown as "0.0001".
+    PublishResult(2, s.FoldHJD, FoldStep, QStringLiteral("0.0001"));
 }
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include "MethodWindowTest.h"
 
-#include "methods/gui/MethodEntries.h"
 #include "methods/chords/gui/frmPlott3.h"
+#include "methods/gui/MethodStarts.h"
 #include "plotting/PlotBox.h"
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
@@ -43,7 +43,7 @@ private Q_SLOTS:
 
     void mainButtonOpensTheWindow()
     {
-        StartChords();
+        PressMethodButton(3);
         frmPlott3& w = frmPlott3::form();
         QVERIFY(w.isVisible());
         QCOMPARE(w.caption(), QStringLiteral("Bisect Chords - RIGHT-CLICK AT START (left end) OF LEFT RANGE."));
@@ -64,7 +64,8 @@ private Q_SLOTS:
             QCOMPARE(w.findChild<QWidget*>(QLatin1String(name))->x(), int(std::lround(left / 15.0)));
         QVERIFY(w.findChild<QMenu*>(QStringLiteral("mFile")));
         const PlotScale scale = CurrentScale();
-        QVERIFY(isColour(w.pixelAt(PlotX(scale, S().HJD(20)), PlotY(scale, S().Mag(20))), colours::red));
+        QVERIFY(isColour(w.pixelAt(PlotX(w.transform(), scale, S().HJD(20)), PlotY(w.transform(), scale, S().Mag(20))),
+                         colours::red));
         clickButton(w, "Command3");
         QVERIFY(w.isHidden());
     }

@@ -4,7 +4,7 @@
 
 #include "MethodWindowTest.h"
 
-#include "methods/gui/MethodEntries.h"
+#include "methods/gui/MethodStarts.h"
 #include "methods/kwee/gui/frmPlott4.h"
 #include "plotting/PlotBox.h"
 #include "runtime/RuntimeError.h"
@@ -43,7 +43,7 @@ private Q_SLOTS:
 
     void mainButtonOpensTheWindow()
     {
-        StartKwee();
+        PressMethodButton(4);
         frmPlott4& w = frmPlott4::form();
         QVERIFY(w.isVisible());
         QCOMPARE(w.caption(), QStringLiteral("Kwee & van Woerden - RIGHT-CLICK AT START (left end) OF RANGE."));
@@ -57,7 +57,8 @@ private Q_SLOTS:
             QCOMPARE(w.controlText(QLatin1String(name)), QLatin1String(text));
         QVERIFY(w.findChild<QMenu*>(QStringLiteral("mFile")));
         const PlotScale scale = CurrentScale();
-        QVERIFY(isColour(w.pixelAt(PlotX(scale, S().HJD(20)), PlotY(scale, S().Mag(20))), colours::red));
+        QVERIFY(isColour(w.pixelAt(PlotX(w.transform(), scale, S().HJD(20)), PlotY(w.transform(), scale, S().Mag(20))),
+                         colours::red));
         clickButton(w, "Command3");
         QVERIFY(w.isHidden());
     }

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "methods/MethodRegistry.h"
+#include "methods/tracing/TracingPaperMemory.h"
+
+namespace dip {
+
+void ReplayTracingPaper(const ReplayRequest& request)
+{
+    // The first opening of the window: a freshly loaded one, made the window of the procedures
+    // while the replay runs.
+    TracingPaperMemory window;
+    struct Restore {
+        FormPort* form = &tracingPaperForm();
+        TracingPaperControls* controls = &tracingPaperControls();
+        ~Restore() { setTracingPaperWindow(form, controls); }
+    } restore;
+    setTracingPaperWindow(&window, &window);
+
+    OpenTracingPaper();
+    window.setControlText(QStringLiteral("Text1"), request.text);
+    UpdateFold();
+}
+
+// The fold is the time of minimum; its error is one scroll step, whatever the data.
+MethodResult ComputeTracingPaper(const Curve&, const MethodRequest& request)
+{
+    return RunCompute([&](MethodResult& r) {
+        r.time = request.fold;
+        r.error = FoldStep;
+    });
+}
+
+} // namespace dip
