@@ -29,8 +29,6 @@ struct Problem {
     ParVector a;
 };
 
-double uniform(std::mt19937_64& g) { return static_cast<double>(g() >> 11) * 0x1.0p-53; }
-
 ParVector parameters(double a1, double a2, double a3, double a4, double a5, double c, double w, double xo)
 {
     ParVector a;
@@ -48,22 +46,20 @@ ParVector parameters(double a1, double a2, double a3, double a4, double a5, doub
 // The model written out once more, straight from its formula, for the checks below.
 double modelValue(double x, const ParVector& a)
 {
-    const double u = a(7) * (x - a(8));
-    double y = a(6);
-    for (int k = 1; k <= 5; ++k)
-        y = y + a(k) * (std::cos(k * u) - 1);
-    return y;
+    const double amplitudes[5] = {a(1), a(2), a(3), a(4), a(5)};
+    return fourierMag(x, a(8), a(6), a(7), amplitudes);
 }
 
 // n points evenly over [t0, t1] of the model for `truth`, plus noise of the given size.
 Problem curve(const ParVector& truth, int n, double t0, double t1, double noise, unsigned seed)
 {
     Problem p;
-    std::mt19937_64 g(seed);
+    const double amplitudes[5] = {truth(1), truth(2), truth(3), truth(4), truth(5)};
+    const Points points = fourierDip(truth(8), truth(6), truth(7), amplitudes, n, t0, t1, noise, seed);
     p.n = static_cast<Integer>(n);
     for (int i = 1; i <= n; ++i) {
-        p.x(i) = t0 + (t1 - t0) * (i - 1) / (n - 1);
-        p.y(i) = modelValue(p.x(i), truth) + noise * (uniform(g) - 0.5);
+        p.x(i) = points[static_cast<std::size_t>(i - 1)].first;
+        p.y(i) = points[static_cast<std::size_t>(i - 1)].second;
         p.sig(i) = 0.01;
     }
     return p;

@@ -370,18 +370,20 @@ private Q_SLOTS:
                 DIP_COMPARE_REL(calls[0].y1, y, 1e-12);
                 continue;
             }
+            // The colours the curve is drawn in: blue RGB(0, 0, 255) inside, light grey
+            // RGB(200, 200, 200) outside.
             const bool inside = s.ParabolaPick.LeftHJD < t && t < s.ParabolaPick.RightHJD;
+            const Rgb expected = inside ? Rgb{0, 0, 255} : Rgb{200, 200, 200};
             for (int j = -10; j <= 10; ++j) {
                 const auto& c = calls[qsizetype(1 + (k - 1) * 21 + (j + 10))];
                 QVERIFY(c.op == CanvasRecorder::Op::LineTo);
-                QVERIFY(c.colour == (inside ? colours::blue : colours::curveGrey));
+                QVERIFY(c.colour == expected);
                 DIP_COMPARE_REL(c.x2, x, 1e-12);
                 DIP_COMPARE_REL(c.y2, y + j, 1e-12);
             }
         }
-        QVERIFY(calls[1 + 19 * 21].colour == colours::curveGrey); // sample 20
-        QVERIFY(calls[1 + 20 * 21].colour == colours::blue);      // sample 21
-        QVERIFY(colours::curveGrey == (Rgb{200, 200, 200}));
+        QVERIFY(calls[1 + 19 * 21].colour == (Rgb{200, 200, 200})); // sample 20
+        QVERIFY(calls[1 + 20 * 21].colour == (Rgb{0, 0, 255}));     // sample 21
     }
 
     void reopeningRedrawsMarkersAndCurveAtTheNewScale()

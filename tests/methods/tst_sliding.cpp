@@ -91,10 +91,7 @@ Reference reference(const std::vector<double>& t, const std::vector<double>& m, 
 }
 
 // A dip of depth 0.8 mag and width sigma about c on a base of 11.
-double dipMag(double t, double c, double sigma)
-{
-    return 11.0 + 0.8 * std::exp(-((t - c) / sigma) * ((t - c) / sigma));
-}
+double dipMag(double t, double c, double sigma) { return test::gaussianMag(t, c, sigma); }
 
 void fill(rt::ObsArray& t, rt::ObsArray& m, const std::vector<double>& ts, const std::vector<double>& ms)
 {

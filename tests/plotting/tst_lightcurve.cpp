@@ -9,19 +9,11 @@
 #include "support/TestSupport.h"
 
 using namespace dip;
+using dip::test::twelvePoints;
 
 namespace {
 
 using Recorder = test::CanvasRecorder;
-
-// Twelve points: t = 1000.1 + 0.01 i, m = 11 + 0.01 i, a dip in the middle.
-std::vector<std::pair<double, double>> twelvePoints()
-{
-    std::vector<std::pair<double, double>> points;
-    for (int i = 1; i <= 12; ++i)
-        points.push_back({1000.1 + 0.01 * i, 11.0 + 0.01 * i + (i == 6 ? 0.5 : 0.0)});
-    return points;
-}
 
 // The light-curve box and transform, computed here from the form size on their own.
 double expectedX(double width, double t)

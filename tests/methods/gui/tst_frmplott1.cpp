@@ -42,7 +42,6 @@ class Plott1Test : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init() { QVERIFY(loadText(csv(dipCurve(0.4537, 0.002)))); }
 
     void mainButtonOpensTheWindow()

@@ -50,7 +50,6 @@ void clickBar(QScrollBar* bar, QStyle::SubControl part)
 class FrmPlott2Test : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init();
     void opensWithDesignAndPublishes();
     void arrowsAndPages_data();

@@ -38,7 +38,6 @@ class Plott3Test : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init() { QVERIFY(loadText(csv(dipCurve(0.4537, 0.002)))); }
 
     void mainButtonOpensTheWindow()

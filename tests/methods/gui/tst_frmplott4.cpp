@@ -38,7 +38,6 @@ class Plott4Test : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init() { QVERIFY(loadText(csv(dipCurve(0.45, 0)))); }
 
     void mainButtonOpensTheWindow()

@@ -22,7 +22,6 @@ private Q_SLOTS:
 
 void WindowClicksTest::init()
 {
-    QLocale::setDefault(QLocale::c());
     freshSession();
     const QString examples = QDir(qEnvironmentVariable("DIPSCOPE_SOURCE_DIR")).filePath(QStringLiteral("examples"));
     QVERIFY(OpenDataFile(examples, QStringLiteral("single-minimum.csv")));

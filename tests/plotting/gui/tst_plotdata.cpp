@@ -8,6 +8,7 @@
 #include "session/MainForm.h"
 #include "session/Session.h"
 #include "support/TestSupport.h"
+#include "support/gui/PixelChecks.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -16,6 +17,9 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::colourNear;
+using dip::test::isColour;
+using dip::test::twelvePoints;
 
 namespace {
 
@@ -33,28 +37,6 @@ Points dipPoints()
         points.push_back({10.002 + 1.996 * (i - 1) / 20, 11.0 + (1 - u * u)});
     }
     return points;
-}
-
-// Twelve points: t = 1000.1 + 0.01 i, m = 11 + 0.01 i, one of them much fainter.
-Points twelvePoints()
-{
-    Points points;
-    for (int i = 1; i <= 12; ++i)
-        points.push_back({1000.1 + 0.01 * i, 11.0 + 0.01 * i + (i == 6 ? 0.5 : 0.0)});
-    return points;
-}
-
-bool isColour(const QColor& c, Rgb rgb) { return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b; }
-
-// Whether a pixel within one pixel of a form position has the colour (lines fall on the
-// nearest pixel column or row, whichever way the twips round).
-bool colourNear(const PlotWindow& form, double x, double y, Rgb rgb)
-{
-    for (int dx = -1; dx <= 1; ++dx)
-        for (int dy = -1; dy <= 1; ++dy)
-            if (isColour(form.pixelAt(x + dx * TwipsPerPixel, y + dy * TwipsPerPixel), rgb))
-                return true;
-    return false;
 }
 
 // Where the editor's own last drawing put a time or a magnitude.
@@ -83,7 +65,6 @@ public:
 class PlotDataTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init();
     void captionAndPlacement();
     void actionControls();
