@@ -7,19 +7,11 @@ namespace dip {
 
 void ReplayTracingPaper(const ReplayRequest& request)
 {
-    // The first opening of the window: a freshly loaded one, made the window of the procedures
-    // while the replay runs.
+    // The first opening of the window: a freshly loaded one.
     TracingPaperMemory window;
-    struct Restore {
-        FormPort* form = &tracingPaperForm();
-        TracingPaperControls* controls = &tracingPaperControls();
-        ~Restore() { setTracingPaperWindow(form, controls); }
-    } restore;
-    setTracingPaperWindow(&window, &window);
-
-    OpenTracingPaper();
+    OpenTracingPaper(window.view());
     window.setControlText(QStringLiteral("Text1"), request.text);
-    UpdateFold();
+    UpdateFold(window.view());
 }
 
 // The fold is the time of minimum; its error is one scroll step, whatever the data.

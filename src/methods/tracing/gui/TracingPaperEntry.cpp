@@ -9,8 +9,7 @@ namespace dip {
 void StartTracingPaper()
 {
     frmPlott2& form = frmPlott2::form();
-    setTracingPaperWindow(&form, &form);
-    OpenTracingPaper();
+    OpenTracingPaper(form.view());
 }
 
 } // namespace dip
