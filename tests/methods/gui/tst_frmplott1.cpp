@@ -14,6 +14,7 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "support/TestSupport.h"
+#include "support/gui/PlotWindows.h"
 
 #include <QLineEdit>
 #include <QMenu>
@@ -46,10 +47,15 @@ private Q_SLOTS:
 
     void mainButtonOpensTheWindow()
     {
-        PressMethodButton(1);
+        QCOMPARE(checkOpenedWindow(1, QStringLiteral("Fit Parabola - RIGHT-CLICK AT START (left end) OF RANGE."),
+                                   {{"Label7", "Left index:"},
+                                    {"Label9", "Right index:"},
+                                    {"Label11", "RMS dev'n:"},
+                                    {"Command1", "Fit Parabola"},
+                                    {"Command2", "Undo"},
+                                    {"Command3", "Done"}}),
+                 QString());
         frmPlott1& w = frmPlott1::form();
-        QVERIFY(w.isVisible());
-        QCOMPARE(w.caption(), QStringLiteral("Fit Parabola - RIGHT-CLICK AT START (left end) OF RANGE."));
         QCOMPARE(S().PlotLeft, 500.0);
         QCOMPARE(S().PlotRight, double(rt::CInt(w.formWidth())) - 415);
         QCOMPARE(S().PlotBottom, double(rt::CInt(w.formHeight())) - 1850);
@@ -57,12 +63,6 @@ private Q_SLOTS:
         const PlotScale scale = CurrentScale();
         QVERIFY(colourNear(w, PlotX(w.transform(), scale, S().HJD(30)), PlotY(w.transform(), scale, S().Mag(30)),
                            colours::red));
-        const std::vector<std::pair<const char*, const char*>> texts = {
-            {"Label7", "Left index:"},    {"Label9", "Right index:"}, {"Label11", "RMS dev'n:"},
-            {"Command1", "Fit Parabola"}, {"Command2", "Undo"},       {"Command3", "Done"}};
-        for (const auto& [name, text] : texts)
-            QCOMPARE(w.controlText(QLatin1String(name)), QLatin1String(text));
-        QVERIFY(w.findChild<QMenu*>(QStringLiteral("mFile")));
         clickButton(w, "Command3");
         QVERIFY(w.isHidden());
     }

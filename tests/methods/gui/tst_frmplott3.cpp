@@ -11,6 +11,7 @@
 #include "runtime/Text.h"
 #include "session/MainForm.h"
 #include "support/TestSupport.h"
+#include "support/gui/PlotWindows.h"
 
 #include <QMenu>
 #include <QPushButton>
@@ -42,20 +43,17 @@ private Q_SLOTS:
 
     void mainButtonOpensTheWindow()
     {
-        PressMethodButton(3);
+        QCOMPARE(checkOpenedWindow(3, QStringLiteral("Bisect Chords - RIGHT-CLICK AT START (left end) OF LEFT RANGE."),
+                                   {{"Label7", "Left index (1):"},
+                                    {"Label9", "Left index (2):"},
+                                    {"Label11", "Right index (3):"},
+                                    {"Label13", "Right index (4):"},
+                                    {"Command1", "Bisect Chords"},
+                                    {"Command2", "Undo"},
+                                    {"Command3", "Done"}}),
+                 QString());
         frmPlott3& w = frmPlott3::form();
-        QVERIFY(w.isVisible());
-        QCOMPARE(w.caption(), QStringLiteral("Bisect Chords - RIGHT-CLICK AT START (left end) OF LEFT RANGE."));
         QCOMPARE(S().PlotBottom, double(rt::CInt(w.formHeight())) - 1850);
-        const std::vector<std::pair<const char*, const char*>> texts = {{"Label7", "Left index (1):"},
-                                                                        {"Label9", "Left index (2):"},
-                                                                        {"Label11", "Right index (3):"},
-                                                                        {"Label13", "Right index (4):"},
-                                                                        {"Command1", "Bisect Chords"},
-                                                                        {"Command2", "Undo"},
-                                                                        {"Command3", "Done"}};
-        for (const auto& [name, text] : texts)
-            QCOMPARE(w.controlText(QLatin1String(name)), QLatin1String(text));
         const std::vector<std::pair<const char*, int>> lefts = {
             {"Label9", 240},   {"Label10", 1560}, {"Command1", 2140}, {"Label11", 3960}, {"Label13", 3960},
             {"Label12", 5200}, {"Label14", 5200}, {"Command2", 5700}, {"Command3", 7200}};
