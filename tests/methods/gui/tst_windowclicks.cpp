@@ -38,6 +38,7 @@ void WindowClicksTest::editorAfterAMethodWindow()
 {
     PlotWindow& editor = openWindow(0);
     PlotWindow& parabola = openWindow(1);
+    QApplication::processEvents();
     // The user makes the parabola window larger: it draws last, on a box of its own.
     parabola.resize(parabola.width() + 90, parabola.height() + 60);
     QApplication::processEvents();
@@ -58,6 +59,7 @@ void WindowClicksTest::fourierWindowAfterTheEditor()
 {
     PlotWindow& fourier = openWindow(5);
     PlotWindow& editor = openWindow(0);
+    QApplication::processEvents();
     // The user makes the editor larger: it draws last.
     editor.resize(editor.width() + 90, editor.height() + 60);
     QApplication::processEvents();
