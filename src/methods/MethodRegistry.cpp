@@ -44,6 +44,7 @@ ReplayResult ReplayMethod(int row, const ReplayRequest& request)
     ResultRow& result = S().Results(row);
     result.published = false;
     result.trappedError = 0;
+    result.extraTexts.clear();
     if (MethodButtonPrelude(method))
         method.replay(request);
     return S().Results(row);
