@@ -81,9 +81,9 @@ private:
     long long m_evaluations = 0;
 };
 
-// The solver of the Fourier fit. Its members are compiled once, with the coefficient sums in
-// the one file that lets the vectoriser work on them.
+// The solver of the Fourier fit. Its step and its coefficient sums are compiled once, for this
+// model (MarquardtStep.cpp, and MarquardtCoefficients.cpp, the one file that lets the vectoriser
+// work on the sums); the header has their declarations only.
 using FourierSolver = MarquardtSolver<FourierModelT>;
-extern template class MarquardtSolver<FourierModelT>;
 
 } // namespace dip
