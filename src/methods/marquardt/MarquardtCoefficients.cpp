@@ -3,6 +3,7 @@
 #include "methods/marquardt/FourierKernel.h"
 #include "methods/marquardt/MarquardtSolver.h"
 
+#include <cmath>
 #include <cstring>
 
 namespace dip {
@@ -25,20 +26,22 @@ struct Sums {
 // One pass over the points. Each sum is its own accumulator running over i = 1..n in order,
 // and each lane of a vector operation is the same IEEE multiplication or addition as the plain
 // loop's, so the sums come out bit for bit as the plain loops give them.
-template <class Model>
-void accumulate(Model& model, Sums& sums, const double* x, const double* y, const double* sig, int n, const double a[9],
+template <class Evaluator>
+void accumulate(const Evaluator& evaluate, Sums& sums, const double* y, const double* sig, int n, const double a[9],
                 const int li[9], int mfit)
 {
-    model.prepare(x, n, a);
     // The sums are local while they run, so that they can stay in registers.
     alignas(32) double alpha[8][8] = {};
     alignas(32) double beta[8] = {};
     double chisq = 0;
     double dyda[9] = {};
     for (int i = 1; i <= n; ++i) {
-        const double ymod = model.evaluate(i, a, dyda);
+        const double ymod = evaluate(i, a, dyda);
         const double sig2 = finite(sig[i] * sig[i]);
-        const double sig2i = rt::div(1, sig2);
+        // 1 / sig^2 with the checked division's common case inline: the same quotient, and a
+        // zero or overflowing one still raises through rt::div.
+        const double quotient = 1 / sig2;
+        const double sig2i = sig2 != 0 && std::isfinite(quotient) ? quotient : rt::div(1, sig2);
         const double dy = y[i] - ymod;
 
         // The derivatives in lista order, and the weights wt(j) = dyda(lista(j)) / sig_i^2.
@@ -66,31 +69,19 @@ void accumulate(Model& model, Sums& sums, const double* x, const double* y, cons
 
 } // namespace
 
-// The cosines and sines of the last pass, for points 1..n.
-struct FourierModelT::Harmonics {
-    bool valid = false;
-    double w = 0;
-    double xo = 0;
-    int n = 0;
-    double x[1001];
-    double dx[1001];
-    double cm1[1001][6];
-    double sn[1001][6];
-};
-
 FourierModelT::FourierModelT() : m_h(std::make_unique<Harmonics>()) {}
 FourierModelT::~FourierModelT() = default;
 FourierModelT::FourierModelT(FourierModelT&&) noexcept = default;
 FourierModelT& FourierModelT::operator=(FourierModelT&&) noexcept = default;
 
-void FourierModelT::prepare(const double* x, int n, const double a[9])
+FourierModelT::Evaluator FourierModelT::prepare(const double* x, int n, const double a[9])
 {
     Harmonics& c = *m_h;
     const double w = a[7];
     const double xo = a[8];
     if (c.valid && c.n == n && sameBits(c.w, w) && sameBits(c.xo, xo) &&
         std::memcmp(c.x + 1, x + 1, sizeof(double) * static_cast<std::size_t>(n)) == 0)
-        return;
+        return Evaluator{c};
     c.valid = false;
     ++m_harmonicEvaluations;
     for (int i = 1; i <= n; ++i) {
@@ -101,12 +92,7 @@ void FourierModelT::prepare(const double* x, int n, const double a[9])
     c.w = w;
     c.xo = xo;
     c.valid = true;
-}
-
-double FourierModelT::evaluate(int i, const double a[9], double dyda[9]) const
-{
-    const Harmonics& h = *m_h;
-    return fourierkernel::model(a, h.dx[i], h.cm1[i], h.sn[i], dyda);
+    return Evaluator{c};
 }
 
 // Press et al., Numerical Recipes, mrqcof: alpha = sum_i dm/da_j dm/da_k / sig_i^2 (the
@@ -142,7 +128,7 @@ void MarquardtSolver<Model>::coefficients(const FitArray& x, const FitArray& y, 
             dydaBounds(lista(j));
             li[j] = lista(j);
         }
-        accumulate(m_model, sums, &x(0), &y(0), &sig(0), ndata, p, li, mfit);
+        accumulate(m_model.prepare(&x(0), ndata, p), sums, &y(0), &sig(0), ndata, p, li, mfit);
     }
 
     // Once infinite, a sum stays infinite or undefined, so checking the totals catches every

@@ -11,10 +11,11 @@
 // nothing, so fits run side by side in threads.
 //
 // A model is a class with
-//   void prepare(const double* x, int n, const double a[9]);   before a pass over x[1..n]
-//   double evaluate(int i, const double a[9], double dyda[9]); model at x[i] and dm/da_j
+//   Evaluator prepare(const double* x, int n, const double a[9]);  before a pass over x[1..n]
+// whose evaluator, called as e(i, a, dyda), returns the model at x[i] and fills dm/da_j
 // (parameters 1..8, index 0 unused). FourierModelT is the one the program uses.
 
+#include "methods/marquardt/FourierKernel.h"
 #include "methods/marquardt/Marquardt.h"
 
 #include <memory>
@@ -34,18 +35,37 @@ struct MarquardtCounts {
 // more damping needs no new ones). The sums come out exactly as if every one were new.
 class FourierModelT {
 public:
+    // The cosines and sines of the last pass, for points 1..n.
+    struct Harmonics {
+        bool valid = false;
+        double w = 0;
+        double xo = 0;
+        int n = 0;
+        double x[1001];
+        double dx[1001];
+        double cm1[1001][6];
+        double sn[1001][6];
+    };
+
+    // The model at point i of the pass, from the kept cosines and sines.
+    struct Evaluator {
+        const Harmonics& h;
+        double operator()(int i, const double a[9], double dyda[9]) const
+        {
+            return fourierkernel::model(a, h.dx[i], h.cm1[i], h.sn[i], dyda);
+        }
+    };
+
     FourierModelT();
     ~FourierModelT();
     FourierModelT(FourierModelT&&) noexcept;
     FourierModelT& operator=(FourierModelT&&) noexcept;
 
-    void prepare(const double* x, int n, const double a[9]);
-    double evaluate(int i, const double a[9], double dyda[9]) const;
+    Evaluator prepare(const double* x, int n, const double a[9]);
 
     long long harmonicEvaluations() const { return m_harmonicEvaluations; }
 
 private:
-    struct Harmonics;
     std::unique_ptr<Harmonics> m_h;
     long long m_harmonicEvaluations = 0;
 };
