@@ -12,8 +12,6 @@ namespace {
 
 using fourierkernel::finite;
 
-bool sameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
-
 // Row j of alpha holds alpha(j, k) at column k - 1 for k = 1..j; rows 1 to 4 are four wide,
 // rows 5 to 8 eight wide, so that every row is a whole number of vector lanes. The lanes past
 // the diagonal (and the rows and lanes past mfit) are worked too and never read.
@@ -73,27 +71,6 @@ FourierModelT::FourierModelT() : m_h(std::make_unique<Harmonics>()) {}
 FourierModelT::~FourierModelT() = default;
 FourierModelT::FourierModelT(FourierModelT&&) noexcept = default;
 FourierModelT& FourierModelT::operator=(FourierModelT&&) noexcept = default;
-
-FourierModelT::Evaluator FourierModelT::prepare(const double* x, int n, const double a[9])
-{
-    Harmonics& c = *m_h;
-    const double w = a[7];
-    const double xo = a[8];
-    if (c.valid && c.n == n && sameBits(c.w, w) && sameBits(c.xo, xo) &&
-        std::memcmp(c.x + 1, x + 1, sizeof(double) * static_cast<std::size_t>(n)) == 0)
-        return Evaluator{c};
-    c.valid = false;
-    ++m_harmonicEvaluations;
-    for (int i = 1; i <= n; ++i) {
-        c.x[i] = x[i];
-        fourierkernel::harmonics(x[i], w, xo, c.dx[i], c.cm1[i], c.sn[i]);
-    }
-    c.n = n;
-    c.w = w;
-    c.xo = xo;
-    c.valid = true;
-    return Evaluator{c};
-}
 
 // Press et al., Numerical Recipes, mrqcof: alpha = sum_i dm/da_j dm/da_k / sig_i^2 (the
 // curvature matrix, half the Hessian of chi-square), beta = sum_i (y_i - m_i) dm/da_j / sig_i^2

@@ -70,6 +70,29 @@ private:
     long long m_harmonicEvaluations = 0;
 };
 
+// Inline, so that the sums see through it: with the kept cosines and sines (the common case in a
+// fit) the pass is a plain loop over the arrays.
+inline FourierModelT::Evaluator FourierModelT::prepare(const double* x, int n, const double a[9])
+{
+    Harmonics& c = *m_h;
+    const double w = a[7];
+    const double xo = a[8];
+    if (c.valid && c.n == n && fourierkernel::sameBits(c.w, w) && fourierkernel::sameBits(c.xo, xo) &&
+        std::memcmp(c.x + 1, x + 1, sizeof(double) * static_cast<std::size_t>(n)) == 0)
+        return Evaluator{c};
+    c.valid = false;
+    ++m_harmonicEvaluations;
+    for (int i = 1; i <= n; ++i) {
+        c.x[i] = x[i];
+        fourierkernel::harmonics(x[i], w, xo, c.dx[i], c.cm1[i], c.sn[i]);
+    }
+    c.n = n;
+    c.w = w;
+    c.xo = xo;
+    c.valid = true;
+    return Evaluator{c};
+}
+
 template <class Model>
 class MarquardtSolver {
 public:
