@@ -3,8 +3,9 @@
 JOBS := $(shell nproc 2>/dev/null || echo 2)
 RELEASE := build/release
 ASAN := build/asan
+TSAN := build/tsan
 
-.PHONY: run test deps build build-asan bench docs clean
+.PHONY: run test deps build build-asan build-tsan bench docs clean
 
 deps:
 	@sh tools/install-deps.sh
@@ -17,14 +18,20 @@ build-asan: deps
 	cmake -S . -B $(ASAN) -DCMAKE_BUILD_TYPE=Debug -DDIPSCOPE_SANITIZE=ON
 	cmake --build $(ASAN) -j $(JOBS)
 
+# Only what the tests labelled "threads" need, under ThreadSanitizer.
+build-tsan: deps
+	cmake -S . -B $(TSAN) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DDIPSCOPE_TSAN=ON
+	cmake --build $(TSAN) -j $(JOBS) --target tst_threads
+
 run: build
 	@sh tools/run.sh $(RELEASE)
 
 # Every test in the Release build, then the whole suite again under AddressSanitizer and
-# UndefinedBehaviorSanitizer.
-test: build build-asan
+# UndefinedBehaviorSanitizer, then the methods in threads under ThreadSanitizer.
+test: build build-asan build-tsan
 	cd $(RELEASE) && ctest --output-on-failure -j $(JOBS)
 	cd $(ASAN) && ctest --output-on-failure -j $(JOBS)
+	cd $(TSAN) && ctest --output-on-failure -L threads
 
 bench: build
 	@for b in $(RELEASE)/bench/bench_*; do [ -x "$$b" ] && QT_QPA_PLATFORM=offscreen "$$b"; done; true

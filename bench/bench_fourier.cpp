@@ -6,6 +6,7 @@
 #include "BenchSupport.h"
 
 #include "mainwindow/StartUp.h"
+#include "methods/MethodRegistry.h"
 #include "methods/fourier/FourierFit.h"
 #include "methods/marquardt/Marquardt.h"
 #include "session/LoadDataFile.h"
@@ -75,6 +76,7 @@ int main()
 
     FormMemory form;
     FourierView view{form, [&form] { PlotFourierLightCurve(form); }};
+    MethodButtonPrelude(MethodOfRow(5));
     pressFourierButton(view);
 
     // Each run: Undo, the whole range picked again, the start values typed, "Update", and the
@@ -85,18 +87,19 @@ int main()
     long long evaluations = 0, harmonics = 0;
     for (int run = 0; run <= runs; ++run) {
         undoFourier(view);
-        pickFourierEnd(view, Click::atTime(s.HJDMin + 0.001));
-        pickFourierEnd(view, Click::atTime(s.HJDMin + s.HJDRange - 0.001));
+        pickFourierEnd(view, Click::atTime(form.transform(), s.HJDMin + 0.001));
+        pickFourierEnd(view, Click::atTime(form.transform(), s.HJDMin + s.HJDRange - 0.001));
         for (int k = 1; k <= 8; ++k)
             form.setControlText(fourierText::boxName(k), startTexts[k - 1]);
         updateFourier(view);
-        const MarquardtCounts before = marquardtCounts();
+        const MarquardtCounts before = fourierWindowSolver().counts();
         QElapsedTimer timer;
         timer.start();
         outcome = fitFourier(view);
         const double ms = static_cast<double>(timer.nsecsElapsed()) / 1e6;
-        evaluations = marquardtCounts().evaluations - before.evaluations;
-        harmonics = marquardtCounts().harmonicEvaluations - before.harmonicEvaluations;
+        const MarquardtCounts after = fourierWindowSolver().counts();
+        evaluations = after.evaluations - before.evaluations;
+        harmonics = after.harmonicEvaluations - before.harmonicEvaluations;
         if (run > 0) // the first is the warm-up
             times.push_back(ms);
     }
@@ -110,6 +113,7 @@ int main()
     const FourierState& fs = S().Fourier;
     ParList lista = fs.Lista;
     const int sumRuns = 11;
+    FourierSolver solver;
     const double sumsMs = bench::medianMs(sumRuns, [&] {
         ParVector a = startParameters();
         ParMatrix alpha, beta;
@@ -117,7 +121,7 @@ int main()
         for (int call = 0; call < 503; ++call) {
             a(7) += 1e-6;
             a(8) += 1e-7;
-            MarquardtCoefficients(fs.FitX, fs.FitY, fs.FitSig, 1000, a, 8, lista, 8, alpha, beta, 8, chisq);
+            solver.coefficients(fs.FitX, fs.FitY, fs.FitSig, 1000, a, 8, lista, 8, alpha, beta, 8, chisq);
         }
     });
     bench::report(QStringLiteral("503 coefficient evaluations of 1000 points, each with new cosines"), sumsMs, sumRuns);

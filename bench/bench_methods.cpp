@@ -4,8 +4,8 @@
 // curve, each replayed as the console tool does: method button, right-clicks, compute button.
 #include "BenchSupport.h"
 
-#include "methods/Replay.h"
 #include "mainwindow/StartUp.h"
+#include "methods/MethodRegistry.h"
 #include "session/LoadDataFile.h"
 #include "session/MainForm.h"
 #include "session/Session.h"
@@ -30,17 +30,21 @@ int main()
 
     const int runs = 51;
     bool ok = true;
+    // Method button, right-clicks at these times, compute button; true when it published.
+    auto replay = [](int row, std::vector<double> clicks) {
+        ReplayRequest request;
+        request.clicks = std::move(clicks);
+        return ReplayMethod(row, request).published;
+    };
     // The whole curve of 1000 points.
-    double ms = bench::medianMs(runs, [&] { ok = ok && ReplayParabola({0.2995, 0.7005}).published; });
+    double ms = bench::medianMs(runs, [&] { ok = ok && replay(1, {0.2995, 0.7005}); });
     bench::report(QStringLiteral("parabola, 1000 points"), ms, runs);
     // The dip, 0.4 to 0.6: 500 points, a grid of 900 (the grid must fit 0..1000).
-    ms = bench::medianMs(runs, [&] {
-        ok = ok && ReplayKwee({0.4, 0.6}, QStringLiteral("1"), QStringLiteral(".9")).published;
-    });
+    ms = bench::medianMs(runs, [&] { ok = ok && replay(4, {0.4, 0.6}); });
     bench::report(QStringLiteral("Kwee and van Woerden, 500 of 1000 points"), ms, runs);
     // Both branches inside the dip (the partners must be fainter than the baseline), 350
     // points, each partner searched over the whole curve.
-    ms = bench::medianMs(runs, [&] { ok = ok && ReplayChords({0.42, 0.49, 0.51, 0.58}).published; });
+    ms = bench::medianMs(runs, [&] { ok = ok && replay(3, {0.42, 0.49, 0.51, 0.58}); });
     bench::report(QStringLiteral("bisectors of chords, 350 of 1000 points"), ms, runs);
     return ok ? 0 : 1;
 }

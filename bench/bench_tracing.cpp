@@ -5,9 +5,10 @@
 #include "BenchSupport.h"
 
 #include "mainwindow/StartUp.h"
-#include "methods/gui/MethodEntries.h"
+#include "methods/gui/MethodStarts.h"
 #include "methods/tracing/TracingPaper.h"
 #include "methods/tracing/TracingPaperMemory.h"
+#include "methods/tracing/gui/frmPlott2.h"
 #include "session/Session.h"
 
 #include <QApplication>
@@ -26,14 +27,13 @@ int main(int argc, char** argv)
 
     {
         dip::TracingPaperMemory memory;
-        dip::setTracingPaperWindow(&memory, &memory);
-        dip::OpenTracingPaper();
-        const double ms = dip::bench::medianMs(runs, [] { dip::PlotTracingPaper(); });
+        dip::OpenTracingPaper(memory.view());
+        const double ms = dip::bench::medianMs(runs, [&] { dip::PlotTracingPaper(memory.view()); });
         dip::bench::report(QStringLiteral("tracing paper redraw, 1000 points, in memory"), ms, runs);
     }
 
-    dip::StartTracingPaper(); // the window, as the main window's button opens it
-    const double ms = dip::bench::medianMs(runs, [] { dip::PlotTracingPaper(); });
+    dip::PressMethodButton(2); // the window, as the main window's button opens it
+    const double ms = dip::bench::medianMs(runs, [] { dip::PlotTracingPaper(dip::frmPlott2::form().view()); });
     dip::bench::report(QStringLiteral("tracing paper redraw, 1000 points, on the window"), ms, runs);
     return 0;
 }

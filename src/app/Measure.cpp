@@ -2,15 +2,15 @@
 // Copyright (c) the Dipscope developers
 #include "app/Measure.h"
 
-#include "methods/Replay.h"
 #include "mainwindow/Means.h"
 #include "mainwindow/StartUp.h"
+#include "methods/MethodRegistry.h"
 #include "runtime/MsgBox.h"
 #include "runtime/RuntimeError.h"
 #include "runtime/Text.h"
 #include "session/LoadDataFile.h"
 #include "session/MainForm.h"
-#include "session/Procedures.h"
+#include "session/Points.h"
 #include "session/Session.h"
 
 #include <QFileInfo>
@@ -42,18 +42,15 @@ struct Options {
     bool inverted = false;
     bool json = false;
     std::vector<long long> deletes;
-    std::optional<std::vector<double>> parabola;
-    std::optional<QString> fold;
-    std::optional<std::vector<double>> chords;
-    std::optional<std::vector<double>> kwee;
-    QString stepp = QStringLiteral("1");
-    QString frac = QStringLiteral(".9");
+    // Per method row: asked for by its option, and what the user gives it.
+    bool asked[7] = {};
+    ReplayRequest requests[7];
     bool steppGiven = false;
     bool fracGiven = false;
-    std::optional<std::vector<double>> fourier;
-    std::optional<QStringList> fourierStart;
-    bool sliding = false;
 };
+
+const int KweeRow = 4;
+const int FourierRow = 5;
 
 std::vector<double> parseTimes(const QString& option, const QString& value, int count)
 {
@@ -113,48 +110,49 @@ Options parseOptions(const QStringList& arguments)
                 throw UsageError{QStringLiteral("%1 needs a value").arg(arg)};
             return arguments[++i];
         };
-        if (arg == QLatin1String("--inverted")) {
+        const MethodEntry* method = nullptr;
+        for (const MethodEntry& m : Methods())
+            if (arg == QLatin1String(m.option))
+                method = &m;
+        if (method) {
+            // A method's own option: a flag, a text or a number of times.
+            ReplayRequest& request = o.requests[method->row];
+            if (method->optionArguments == 0)
+                flag();
+            else if (method->optionArguments < 0)
+                request.text = value();
+            else
+                request.clicks = parseTimes(arg, value(), method->optionArguments);
+            o.asked[method->row] = true;
+        } else if (arg == QLatin1String("--inverted")) {
             flag();
             o.inverted = true;
         } else if (arg == QLatin1String("--json")) {
             flag();
             o.json = true;
-        } else if (arg == QLatin1String("--sliding")) {
-            flag();
-            o.sliding = true;
         } else if (arg == QLatin1String("--delete")) {
             const std::vector<long long> more = parseIndexes(value());
             o.deletes.insert(o.deletes.end(), more.begin(), more.end());
-        } else if (arg == QLatin1String("--parabola")) {
-            o.parabola = parseTimes(arg, value(), 2);
-        } else if (arg == QLatin1String("--fold")) {
-            o.fold = value();
-        } else if (arg == QLatin1String("--chords")) {
-            o.chords = parseTimes(arg, value(), 4);
-        } else if (arg == QLatin1String("--kwee")) {
-            o.kwee = parseTimes(arg, value(), 2);
         } else if (arg == QLatin1String("--stepp")) {
-            o.stepp = value();
+            o.requests[KweeRow].stepp = value();
             o.steppGiven = true;
         } else if (arg == QLatin1String("--frac")) {
-            o.frac = value();
+            o.requests[KweeRow].frac = value();
             o.fracGiven = true;
-        } else if (arg == QLatin1String("--fourier")) {
-            o.fourier = parseTimes(arg, value(), 2);
         } else if (arg == QLatin1String("--fourier-start")) {
             const QStringList texts = value().split(QLatin1Char(','));
             if (texts.size() != 8)
                 throw UsageError{QStringLiteral("--fourier-start takes 8 comma-separated values")};
-            o.fourierStart = texts;
+            o.requests[FourierRow].fourierStart = texts;
         } else {
             throw UsageError{QStringLiteral("unknown option %1").arg(arg)};
         }
     }
     if (!haveFile)
         throw UsageError{QStringLiteral("no FILE given")};
-    if ((o.steppGiven || o.fracGiven) && !o.kwee)
+    if ((o.steppGiven || o.fracGiven) && !o.asked[KweeRow])
         throw UsageError{QStringLiteral("--stepp and --frac go with --kwee")};
-    if (o.fourierStart && !o.fourier)
+    if (o.requests[FourierRow].fourierStart && !o.asked[FourierRow])
         throw UsageError{QStringLiteral("--fourier-start goes with --fourier")};
     return o;
 }
@@ -193,10 +191,6 @@ struct Row {
     ReplayResult result;
 };
 
-const std::array<const char*, 6> methodTitles = {"1. Parabolic Fit",       "2. Tracing Paper",
-                                                 "3. Bisectors of Chords", "4. Kwee and van Woerden",
-                                                 "5. Fourier Fit",         "6. Sliding Integrations"};
-
 void printJson(std::FILE* out, const std::vector<Row>& rows)
 {
     const Session& s = S();
@@ -215,9 +209,9 @@ void printJson(std::FILE* out, const std::vector<Row>& rows)
                         .arg(jsonNumber(row.result.time), jsonNumber(row.result.error));
         json += QStringLiteral("\"time_text\": %1, \"error_text\": %2")
                     .arg(jsonString(form.text(row.method)), jsonString(form.text(row.method + 6)));
-        if (!row.result.boxes.isEmpty()) {
+        if (!row.result.extraTexts.isEmpty()) {
             QStringList boxes;
-            for (const QString& box : row.result.boxes)
+            for (const QString& box : row.result.extraTexts)
                 boxes << jsonString(box);
             json += QStringLiteral(", \"boxes\": [%1]").arg(boxes.join(QLatin1String(", ")));
         }
@@ -250,7 +244,7 @@ void printTable(std::FILE* out, const std::vector<Row>& rows)
             if (row.method == k && row.result.trappedError != 0)
                 error = QStringLiteral("(trapped error %1)").arg(row.result.trappedError);
         t += QStringLiteral("%1%2%3%4\n")
-                 .arg(QString::fromLatin1(methodTitles[static_cast<std::size_t>(k - 1)]), -30)
+                 .arg(QString::fromLatin1(MethodOfRow(k).title), -30)
                  .arg(time, -18)
                  .arg(error, -16)
                  .arg(form.checked(k) ? QStringLiteral("[x]") : QStringLiteral("[ ]"));
@@ -262,37 +256,29 @@ void printTable(std::FILE* out, const std::vector<Row>& rows)
         t += QStringLiteral("%1%2\n").arg(QString::fromLatin1(meanTitles[k]), -30).arg(form.text(13 + k));
     // The boxes a method window rewrote, quoted so that their blanks show.
     for (const Row& row : rows) {
-        if (row.result.boxes.isEmpty())
+        if (row.result.extraTexts.isEmpty())
             continue;
-        const char* title = methodTitles[static_cast<std::size_t>(row.method - 1)];
+        const char* title = MethodOfRow(row.method).title;
         t += QStringLiteral("\n%1 boxes\n").arg(QString::fromLatin1(title));
         const QStringList names = {"ToM, Xo",   "Const, C",  "A.Freq, W", "Const, A1",
                                    "Const, A2", "Const, A3", "Const, A4", "Const, A5"};
-        for (int k = 0; k < row.result.boxes.size(); ++k)
-            t += QStringLiteral("  %1\"%2\"\n").arg(names.value(k), -12).arg(row.result.boxes[k]);
+        for (int k = 0; k < row.result.extraTexts.size(); ++k)
+            t += QStringLiteral("  %1\"%2\"\n").arg(names.value(k), -12).arg(row.result.extraTexts[k]);
     }
     print(out, t);
 }
 
 std::vector<Row> replayMethods(const Options& o)
 {
+    // In the order of the rows; a method that published nothing has no row.
     std::vector<Row> rows;
-    auto add = [&](int method, const ReplayResult& r) {
+    for (const MethodEntry& method : Methods()) {
+        if (!o.asked[method.row])
+            continue;
+        const ReplayResult r = ReplayMethod(method.row, o.requests[method.row]);
         if (r.published || r.trappedError != 0)
-            rows.push_back({method, r});
-    };
-    if (o.parabola)
-        add(1, ReplayParabola(*o.parabola));
-    if (o.fold)
-        add(2, ReplayTracingPaper(*o.fold));
-    if (o.chords)
-        add(3, ReplayChords(*o.chords));
-    if (o.kwee)
-        add(4, ReplayKwee(*o.kwee, o.stepp, o.frac));
-    if (o.fourier)
-        add(5, ReplayFourier(*o.fourier, o.fourierStart));
-    if (o.sliding)
-        add(6, ReplaySliding());
+            rows.push_back({method.row, r});
+    }
     return rows;
 }
 

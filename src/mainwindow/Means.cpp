@@ -5,8 +5,8 @@
 #include "runtime/Integer.h"
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
+#include "session/Formatting.h"
 #include "session/MainForm.h"
-#include "session/Procedures.h"
 
 #include <cmath>
 

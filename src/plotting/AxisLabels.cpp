@@ -3,7 +3,6 @@
 #include "plotting/AxisLabels.h"
 
 #include "runtime/Numeric.h"
-#include "session/Session.h"
 
 #include <algorithm>
 #include <cmath>
@@ -139,7 +138,7 @@ void numberAxis(const Canvas& canvas, const std::vector<double>& values, const G
 std::vector<AxisText> TimeAxisTexts(const Canvas& canvas, const PlotScale& scale, const GridStep& g,
                                     const std::vector<double>& times)
 {
-    const Session& s = S();
+    const PlotTransform& s = canvas.transform();
     std::vector<AxisText> texts;
     const double row = std::max(s.PlotTop, s.PlotBottom) + axis::TickLength + axis::TextGap;
     Placed placed;
@@ -155,7 +154,7 @@ std::vector<AxisText> TimeAxisTexts(const Canvas& canvas, const PlotScale& scale
 
     const double spacing = rt::div(s.PlotWidth * static_cast<double>(g.step), scale.tr);
     numberAxis(
-        canvas, times, g, spacing, [&](double t) { return PlotX(scale, t); }, 0, canvas.formWidth(), placed,
+        canvas, times, g, spacing, [&](double t) { return PlotX(s, scale, t); }, 0, canvas.formWidth(), placed,
         [&](const QString& text, double x, double) {
             texts.push_back({text, x, row, false});
         });
@@ -165,7 +164,7 @@ std::vector<AxisText> TimeAxisTexts(const Canvas& canvas, const PlotScale& scale
 std::vector<AxisText> MagnitudeAxisTexts(const Canvas& canvas, const PlotScale& scale, const GridStep& mg,
                                          const std::vector<double>& mags)
 {
-    const Session& s = S();
+    const PlotTransform& s = canvas.transform();
     std::vector<AxisText> texts;
     const double height = canvas.textHeight();
     const double top = std::min(s.PlotTop, s.PlotBottom);
@@ -182,7 +181,7 @@ std::vector<AxisText> MagnitudeAxisTexts(const Canvas& canvas, const PlotScale& 
     Placed placed;
     // Kept above the row of time numbers under the box.
     numberAxis(
-        canvas, mags, mg, spacing, [&](double m) { return PlotY(scale, m); }, 0, bottom, placed,
+        canvas, mags, mg, spacing, [&](double m) { return PlotY(s, scale, m); }, 0, bottom, placed,
         [&](const QString& text, double y, double length) {
             texts.push_back({text, x, y + length, true});
         });

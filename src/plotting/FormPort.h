@@ -8,6 +8,8 @@
 // nothing, for the console tool and for tests of the procedures. No widget header here: the
 // procedures that use it are core code.
 
+#include "plotting/PlotTransform.h"
+
 #include <QHash>
 #include <QString>
 
@@ -60,6 +62,13 @@ public:
     // The form's size in twips (W, H) that layout rules use.
     virtual double formWidth() const = 0;
     virtual double formHeight() const = 0;
+
+    // The form's plot box and scale, as its last drawing set them.
+    PlotTransform& transform() { return m_transform; }
+    const PlotTransform& transform() const { return m_transform; }
+
+private:
+    PlotTransform m_transform;
 };
 
 class FormPort : public Canvas {

@@ -4,7 +4,7 @@
 
 #include "plotting/PlotBox.h"
 #include "runtime/Numeric.h"
-#include "session/Procedures.h"
+#include "session/Formatting.h"
 #include "session/Session.h"
 
 namespace dip {
@@ -13,13 +13,15 @@ void PlotLightCurve(Canvas& form)
 {
     const Session& s = S();
     form.cls();
-    SetStandardPlotBox(form.formWidth(), form.formHeight());
+    SetStandardPlotBox(form, form.formWidth(), form.formHeight());
     const PlotScale scale = FullScale();
+    form.transform().scale = scale;
+    const PlotTransform& box = form.transform();
     DrawAxes(form, scale, s.FullHJDRange, s.FullHJDMax);
     form.setForeColor(colours::red);
     for (int i = 1; i <= s.NumOrig; ++i) {
-        const double x = PlotX(scale, s.OrigHJD(i));
-        const double y = PlotY(scale, s.OrigMag(i));
+        const double x = PlotX(box, scale, s.OrigHJD(i));
+        const double y = PlotY(box, scale, s.OrigMag(i));
         if (s.Deleted(i))
             DrawDeletedCross(form, x, y);
         else
@@ -27,15 +29,15 @@ void PlotLightCurve(Canvas& form)
     }
 }
 
-rt::Integer PickNearestPoint(double x, double y)
+rt::Integer PickNearestPoint(const PlotTransform& box, double x, double y)
 {
     Session& s = S();
     // The mouse reports single-precision form coordinates; the inverse of the drawing
     // transform, evaluated as range x offset / extent.
     const double fx = rt::Single(x);
     const double fy = rt::Single(y);
-    const double hx = s.FullHJDMin + rt::div(rt::fin(s.FullHJDRange * (fx - s.PlotLeft)), s.PlotWidth);
-    const double my = s.FullMagMin + rt::div(rt::fin(s.FullMagRange * (fy - s.PlotTop)), s.PlotHeight);
+    const double hx = s.FullHJDMin + rt::div(rt::fin(s.FullHJDRange * (fx - box.PlotLeft)), box.PlotWidth);
+    const double my = s.FullMagMin + rt::div(rt::fin(s.FullMagRange * (fy - box.PlotTop)), box.PlotHeight);
     double best = 9999;
     s.PickIdx = 0;
     for (int i = 1; i <= s.NumOrig; ++i) {
@@ -54,8 +56,8 @@ void MarkPick(Canvas& form)
 {
     const Session& s = S();
     const PlotScale scale = FullScale();
-    const double x = PlotX(scale, s.OrigHJD(s.PickIdx));
-    const double y = PlotY(scale, s.OrigMag(s.PickIdx));
+    const double x = PlotX(form.transform(), scale, s.OrigHJD(s.PickIdx));
+    const double y = PlotY(form.transform(), scale, s.OrigMag(s.PickIdx));
     form.setForeColor(colours::blue);
     form.line(x - 200, y, x + 200, y);
     form.line(x, y - 200, x, y + 200);

@@ -4,7 +4,7 @@
 
 // The light-curve editor's procedures (frmPlotData and frmAction): the drawing of the whole
 // curve as loaded, the left-click pick of the nearest observation and its blue cross, and the
-// texts frmAction shows for it. Delete and Undelete are SetPickedDeleted (session/Procedures.h).
+// texts frmAction shows for it. Delete and Undelete are SetPickedDeleted (session/Pointss.h).
 
 #include "plotting/FormPort.h"
 #include "runtime/Integer.h"
@@ -19,11 +19,11 @@ namespace dip {
 void PlotLightCurve(Canvas& form);
 
 // A left click at form position (x, y), taken in single precision: turns it into a time and
-// a magnitude with the Full extents and the box of the last drawing, and picks the loaded
+// a magnitude with the Full extents and the box of the editor's own last drawing, and picks the loaded
 // point (deleted ones included) nearest in data units, D = (dMag)^2 + (dHJD)^2, a day weighing
 // as much as a magnitude. The comparison is strict, so of equally near points the lowest
 // index wins, and only D < 9999 picks; otherwise PickIdx stays 0. Sets and returns PickIdx.
-rt::Integer PickNearestPoint(double x, double y);
+rt::Integer PickNearestPoint(const PlotTransform& box, double x, double y);
 
 // The blue cross over the picked point: 200 twips each way, level and upright.
 void MarkPick(Canvas& form);

@@ -10,7 +10,8 @@ namespace dip {
 
 void DrawMethodPlot(FormPort& form)
 {
-    SetStandardPlotBox(form.formWidth(), form.formHeight());
+    SetStandardPlotBox(form, form.formWidth(), form.formHeight());
+    form.transform().scale = CurrentScale();
     if (!form.drawsAnything())
         return;
     form.cls();

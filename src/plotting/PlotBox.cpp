@@ -24,8 +24,10 @@ PlotScale FullScale()
     return {s.FullHJDMin, s.FullHJDRange, s.FullMagMin, s.FullMagRange};
 }
 
-void SetPlotBox(double left, double right, double top, double bottom)
+void SetPlotBox(Canvas& canvas, double left, double right, double top, double bottom)
 {
+    canvas.transform().setBox(left, right, top, bottom);
+    // The shared box describes the window drawn last.
     Session& s = S();
     s.PlotLeft = left;
     s.PlotRight = right;
@@ -35,34 +37,30 @@ void SetPlotBox(double left, double right, double top, double bottom)
     s.PlotHeight = bottom - top;
 }
 
-void SetStandardPlotBox(double formWidth, double formHeight)
+void SetStandardPlotBox(Canvas& canvas, double formWidth, double formHeight)
 {
     const rt::Integer w = rt::CInt(formWidth);
     const rt::Integer h = rt::CInt(formHeight);
-    SetPlotBox(500, w - 415, 242, h - 1850);
+    SetPlotBox(canvas, 500, w - 415, 242, h - 1850);
 }
 
-double PlotX(const PlotScale& scale, double t)
+double PlotX(const PlotTransform& s, const PlotScale& scale, double t)
 {
-    const Session& s = S();
     return rt::fin(s.PlotLeft + rt::div(rt::fin(s.PlotWidth * (t - scale.t0)), scale.tr));
 }
 
-double PlotY(const PlotScale& scale, double m)
+double PlotY(const PlotTransform& s, const PlotScale& scale, double m)
 {
-    const Session& s = S();
     return rt::fin(s.PlotTop + rt::div(rt::fin(s.PlotHeight * (m - scale.m0)), scale.mr));
 }
 
-double PlotTimeAt(const PlotScale& scale, double x)
+double PlotTimeAt(const PlotTransform& s, const PlotScale& scale, double x)
 {
-    const Session& s = S();
     return scale.t0 + scale.tr * rt::div(x - s.PlotLeft, s.PlotWidth);
 }
 
-double PlotMagAt(const PlotScale& scale, double y)
+double PlotMagAt(const PlotTransform& s, const PlotScale& scale, double y)
 {
-    const Session& s = S();
     return scale.m0 + scale.mr * rt::div(y - s.PlotTop, s.PlotHeight);
 }
 
@@ -100,7 +98,7 @@ std::vector<double> GridTimes(float step, double from, double to)
 
 void DrawFrame(Canvas& canvas)
 {
-    const Session& s = S();
+    const PlotTransform& s = canvas.transform();
     canvas.setForeColor(colours::black);
     canvas.line(s.PlotLeft, s.PlotTop, s.PlotRight, s.PlotTop);
     canvas.line(s.PlotRight, s.PlotTop, s.PlotRight, s.PlotBottom);
@@ -110,12 +108,12 @@ void DrawFrame(Canvas& canvas)
 
 std::vector<double> DrawTimeGrid(Canvas& canvas, const PlotScale& scale, double span, double tMax)
 {
-    const Session& s = S();
+    const PlotTransform& s = canvas.transform();
     const GridStep g = ComputeGridStep(span);
     std::vector<double> drawn;
     canvas.setForeColor(colours::lightGrey);
     for (const double t : GridTimes(g.step, scale.t0, tMax)) {
-        const double x = PlotX(scale, t);
+        const double x = PlotX(s, scale, t);
         if (!(x < s.PlotLeft) && !(x > s.PlotRight)) {
             canvas.line(x, s.PlotTop, x, s.PlotBottom);
             drawn.push_back(t);
@@ -126,7 +124,7 @@ std::vector<double> DrawTimeGrid(Canvas& canvas, const PlotScale& scale, double 
 
 void DrawAxes(Canvas& canvas, const PlotScale& scale, double span, double tMax)
 {
-    const Session& s = S();
+    const PlotTransform& s = canvas.transform();
     // The grid goes over the frame, so a grid time on an edge shows.
     DrawFrame(canvas);
     const std::vector<double> times = DrawTimeGrid(canvas, scale, span, tMax);
@@ -143,11 +141,11 @@ void DrawAxes(Canvas& canvas, const PlotScale& scale, double span, double tMax)
     canvas.setForeColor(colours::black);
     const double bottom = std::max(s.PlotTop, s.PlotBottom);
     for (const double t : times) {
-        const double x = PlotX(scale, t);
+        const double x = PlotX(s, scale, t);
         canvas.line(x, bottom, x, bottom + axis::TickLength);
     }
     for (const double m : mags) {
-        const double y = PlotY(scale, m);
+        const double y = PlotY(s, scale, m);
         canvas.line(s.PlotLeft - axis::TickLength, y, s.PlotLeft, y);
     }
     std::vector<AxisText> texts = TimeAxisTexts(canvas, scale, g, times);
@@ -164,9 +162,11 @@ void DrawAxes(Canvas& canvas, const PlotScale& scale, double span, double tMax)
 void DrawUsedPoints(Canvas& canvas, const PlotScale& scale, Rgb colour)
 {
     const Session& s = S();
+    canvas.transform().scale = scale;
+    const PlotTransform& box = canvas.transform();
     canvas.setForeColor(colour);
     for (int i = 1; i <= s.NumPts; ++i)
-        DrawPointDisc(canvas, PlotX(scale, s.HJD(i)), PlotY(scale, s.Mag(i)));
+        DrawPointDisc(canvas, PlotX(box, scale, s.HJD(i)), PlotY(box, scale, s.Mag(i)));
 }
 
 void DrawPointDisc(Canvas& canvas, double x, double y)

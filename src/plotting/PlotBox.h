@@ -5,41 +5,34 @@
 // The plot box of a plot window and the linear mapping of data to it, in twips with y growing
 // downwards: x = PlotLeft + PlotWidth * (t - t0) / tr, y = PlotTop + PlotHeight * (m - m0) / mr.
 // The smallest signed magnitude is at the top edge, so with "+Mags" bright is up and an
-// eclipse hangs down. The box values are the session's shared PlotLeft .. PlotHeight, written
-// by each window when it draws, so they describe the window drawn last.
+// eclipse hangs down. The box is the form's own (Canvas::transform()); each drawing also copies
+// it into the session's shared PlotLeft .. PlotHeight, which describe the window drawn last.
 
 #include "plotting/FormPort.h"
+#include "plotting/PlotTransform.h"
 
 #include <vector>
 
 namespace dip {
-
-// The data extents a drawing maps into the box: time minimum and range, magnitude minimum and
-// range.
-struct PlotScale {
-    double t0 = 0;
-    double tr = 0;
-    double m0 = 0;
-    double mr = 0;
-};
 
 // The extents of the used points (HJDMin, HJDRange, MagMin, MagRange): the method windows' scale.
 PlotScale CurrentScale();
 // The Full extents taken at the last load or sign change: the light-curve window's scale.
 PlotScale FullScale();
 
-// Sets PlotLeft, PlotRight, PlotTop, PlotBottom and derives PlotWidth and PlotHeight.
-void SetPlotBox(double left, double right, double top, double bottom);
+// Sets the form's PlotLeft, PlotRight, PlotTop, PlotBottom, derives PlotWidth and PlotHeight,
+// and copies them into the session's shared box.
+void SetPlotBox(Canvas& canvas, double left, double right, double top, double bottom);
 // The light-curve window's box for a form of W x H twips (each first taken as a 16-bit
 // integer): left 500, right W - 415, top 242, bottom H - 1850.
-void SetStandardPlotBox(double formWidth, double formHeight);
+void SetStandardPlotBox(Canvas& canvas, double formWidth, double formHeight);
 
-// Data to form, through the shared box. A time range of 0 raises "Division by zero".
-double PlotX(const PlotScale& scale, double t);
-double PlotY(const PlotScale& scale, double m);
+// Data to form through a box. A time range of 0 raises "Division by zero".
+double PlotX(const PlotTransform& box, const PlotScale& scale, double t);
+double PlotY(const PlotTransform& box, const PlotScale& scale, double m);
 // Form to data.
-double PlotTimeAt(const PlotScale& scale, double x);
-double PlotMagAt(const PlotScale& scale, double y);
+double PlotTimeAt(const PlotTransform& box, const PlotScale& scale, double x);
+double PlotMagAt(const PlotTransform& box, const PlotScale& scale, double y);
 
 // The grid step for a range: L = Int(ln(range) / 2.302585), P = 10^L in single precision,
 // r = range / P, k = 10, 5 if r < 5, 2 if r < 2; step = P * k / 10 in single precision.
@@ -55,11 +48,11 @@ GridStep ComputeGridStep(double range);
 // The multiples of the grid step from Int(from / step) to Int(to / step), as times.
 std::vector<double> GridTimes(float step, double from, double to);
 
-// The frame: black, four lines clockwise from the top left corner.
+// The frame of the canvas' box: black, four lines clockwise from the top left corner.
 void DrawFrame(Canvas& canvas);
 
 // Light-grey vertical lines at the grid times from the scale's start to tMax; a line is drawn
-// unless it falls left of PlotLeft or right of PlotRight, so one exactly on an edge is drawn.
+// (the canvas' box) unless it falls left of PlotLeft or right of PlotRight, so one exactly on an edge is drawn.
 // The step is chosen from span (normally the time range). Returns the times drawn.
 std::vector<double> DrawTimeGrid(Canvas& canvas, const PlotScale& scale, double span, double tMax);
 
@@ -70,7 +63,8 @@ std::vector<double> DrawTimeGrid(Canvas& canvas, const PlotScale& scale, double 
 // numbers and names (see AxisLabels.h). The tracing paper passes its own span and last time.
 void DrawAxes(Canvas& canvas, const PlotScale& scale, double span, double tMax);
 
-// The used points HJD/Mag 1..NumPts as discs in the given colour, with the scale.
+// The used points HJD/Mag 1..NumPts as discs in the given colour, with the scale, which
+// becomes the canvas' scale.
 void DrawUsedPoints(Canvas& canvas, const PlotScale& scale, Rgb colour);
 
 // A used point: fifteen concentric circles of radius 1 to 15 twips, a small filled disc.

@@ -20,7 +20,7 @@ Click Click::atTwips(double x, double y, Integer button)
     return c;
 }
 
-Click Click::atTime(double t, Integer button)
+Click Click::atTime(const PlotTransform& box, double t, Integer button)
 {
     const Session& s = S();
     Click c;
@@ -29,28 +29,28 @@ Click Click::atTime(double t, Integer button)
     c.Button = button;
     // Only the marker line uses X; a replayed click never fails for the sake of a drawing.
     const double fraction = s.HJDRange != 0 ? (t - s.HJDMin) / s.HJDRange : 0.0;
-    c.X = s.PlotLeft + s.PlotWidth * fraction;
-    c.Y = (s.PlotTop + s.PlotBottom) / 2;
+    c.X = box.PlotLeft + box.PlotWidth * fraction;
+    c.Y = (box.PlotTop + box.PlotBottom) / 2;
     return c;
 }
 
-bool clickInsideBox(const Click& click)
+bool clickInsideBox(const PlotTransform& box, const Click& click)
 {
     const Session& s = S();
     if (click.exactTime)
         return s.HJDMin <= click.time && click.time <= s.HJDMin + s.HJDRange;
     // The edges themselves count as inside.
-    return !(click.X < s.PlotLeft || click.X > s.PlotRight || click.Y < s.PlotTop || click.Y > s.PlotBottom);
+    return !(click.X < box.PlotLeft || click.X > box.PlotRight || click.Y < box.PlotTop || click.Y > box.PlotBottom);
 }
 
-double clickTime(const Click& click, ClickTimeForm form)
+double clickTime(const PlotTransform& box, const Click& click, ClickTimeForm form)
 {
     if (click.exactTime)
         return click.time;
     const Session& s = S();
     if (form == ClickTimeForm::GroupedFraction)
-        return rt::fin(s.HJDMin + s.HJDRange * rt::div(click.X - s.PlotLeft, s.PlotWidth));
-    return rt::fin(s.HJDMin + rt::div(s.HJDRange * (click.X - s.PlotLeft), s.PlotWidth));
+        return rt::fin(s.HJDMin + s.HJDRange * rt::div(click.X - box.PlotLeft, box.PlotWidth));
+    return rt::fin(s.HJDMin + rt::div(s.HJDRange * (click.X - box.PlotLeft), box.PlotWidth));
 }
 
 Integer searchFirstAfter(double t)
@@ -73,18 +73,17 @@ Integer searchLastBefore(double t)
     return i < 1 ? Integer(0) : i;
 }
 
-double markerX(double t) { return PlotX(CurrentScale(), t); }
+double markerX(const PlotTransform& box, double t) { return PlotX(box, CurrentScale(), t); }
 
 void drawMarker(Canvas& canvas, double x, Rgb colour)
 {
-    const Session& s = S();
+    const PlotTransform& s = canvas.transform();
     canvas.setForeColor(colour);
     canvas.line(x, s.PlotTop, x, s.PlotBottom);
 }
 
-MousePointer pointerAt(double x, double y)
+MousePointer pointerAt(const PlotTransform& s, double x, double y)
 {
-    const Session& s = S();
     if (x > s.PlotLeft && x < s.PlotRight && y > s.PlotTop && y < s.PlotBottom)
         return MousePointer::Cross;
     return MousePointer::Arrow;
@@ -140,10 +139,10 @@ void RangePicker::formLoad()
 
 void RangePicker::mouseDown(const Click& click)
 {
-    if (!clickInsideBox(click))
+    if (!clickInsideBox(m_form.transform(), click))
         return;
     if (click.Button == RightButton) {
-        const double t = clickTime(click, ClickTimeForm::GroupedFraction);
+        const double t = clickTime(m_form.transform(), click, ClickTimeForm::GroupedFraction);
         // The side is decided against the deepest point found at load (or at the last change of
         // magnitude sense), in the full list: a click exactly on it is a right end.
         const Session& s = S();
@@ -193,9 +192,9 @@ bool RangePicker::ready() const { return m_pick.RangeSet != 0 && m_pick.LeftIdx 
 
 void RangePicker::redrawMarkers()
 {
-    m_pick.LeftMarkX = markerX(m_pick.LeftHJD);
+    m_pick.LeftMarkX = markerX(m_form.transform(), m_pick.LeftHJD);
     drawMarker(m_form, m_pick.LeftMarkX);
-    m_pick.RightMarkX = markerX(m_pick.RightHJD);
+    m_pick.RightMarkX = markerX(m_form.transform(), m_pick.RightHJD);
     drawMarker(m_form, m_pick.RightMarkX);
 }
 

@@ -26,8 +26,8 @@ struct Click {
     double time = 0; // the clicked time when exactTime
 
     static Click atTwips(double x, double y, Integer button);
-    // A click at time t on the current plot box (Y in the middle of it).
-    static Click atTime(double t, Integer button = 2);
+    // A click at time t on a window's plot box (Y in the middle of it).
+    static Click atTime(const PlotTransform& box, double t, Integer button = 2);
 };
 
 constexpr Integer RightButton = 2;
@@ -37,12 +37,12 @@ constexpr Integer RightButton = 2;
 // HJDMin + HJDRange * (X - PlotLeft) / PlotWidth. The two round differently, so both are kept.
 enum class ClickTimeForm { GroupedFraction, LeftToRight };
 
-// Inside the plot box, edges included. A replayed click is inside when
+// Inside the window's plot box, edges included. A replayed click is inside when
 // HJDMin <= t <= HJDMin + HJDRange.
-bool clickInsideBox(const Click& click);
+bool clickInsideBox(const PlotTransform& box, const Click& click);
 
-// The time under the click (the exact time of a replayed click).
-double clickTime(const Click& click, ClickTimeForm form = ClickTimeForm::GroupedFraction);
+// The time under the click on the window's box (the exact time of a replayed click).
+double clickTime(const PlotTransform& box, const Click& click, ClickTimeForm form = ClickTimeForm::GroupedFraction);
 
 // The index search of a range start: i = 1, 2, ... NumPts, the first i with HJD(i) > t
 // (strictly). Returns the loop variable where the search ended: NumPts + 1 when no point is
@@ -52,16 +52,16 @@ Integer searchFirstAfter(double t);
 // (strictly). Returns 0 when no point is earlier.
 Integer searchLastBefore(double t);
 
-// x of a time on the current plot box: PlotLeft + PlotWidth * (t - HJDMin) / HJDRange.
-double markerX(double t);
+// x of a time on a window's plot box: PlotLeft + PlotWidth * (t - HJDMin) / HJDRange.
+double markerX(const PlotTransform& box, double t);
 
-// A vertical line from PlotTop to PlotBottom at x in the given colour: purple draws a range
+// A vertical line from the canvas' PlotTop to PlotBottom at x in the given colour: purple draws a range
 // marker, white erases one by overpainting (and whatever else the line crosses).
 void drawMarker(Canvas& canvas, double x, Rgb colour = colours::purple);
 
 // The pointer shape while the mouse moves: the cross-hair strictly inside the plot box.
 enum class MousePointer { Arrow = 1, Cross = 2 };
-MousePointer pointerAt(double x, double y);
+MousePointer pointerAt(const PlotTransform& box, double x, double y);
 
 // What differs between the two-end pickers of frmPlott1 and frmPlott4.
 struct RangePickStyle {

@@ -30,9 +30,22 @@ QuestionHook& question()
     return h;
 }
 
+thread_local MessageSink* threadSink = nullptr;
+
 } // namespace
 
-void MsgBox(const QString& text, const QString& title) { hook()(text, title.isNull() ? programTitle() : title); }
+MessageSink::MessageSink() : m_outer(threadSink) { threadSink = this; }
+
+MessageSink::~MessageSink() { threadSink = m_outer; }
+
+void MsgBox(const QString& text, const QString& title)
+{
+    if (threadSink) {
+        threadSink->m_messages << text;
+        return;
+    }
+    hook()(text, title.isNull() ? programTitle() : title);
+}
 
 MsgBoxHook setMsgBoxHook(MsgBoxHook h)
 {

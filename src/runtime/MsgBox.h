@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -27,6 +28,25 @@ bool AskYesNo(const QString& text, const QString& title = QString());
 
 // Installs the function that asks questions; returns the previous one.
 QuestionHook setQuestionHook(QuestionHook hook);
+
+// A computation run away from the windows (a worker thread, a batch, a bootstrap) collects the
+// messages it would show instead of showing them: while a MessageSink lives, MsgBox on its
+// thread appends to it and calls no hook, so two threads never share a box or a stream.
+// Sinks nest; the innermost one of the thread collects.
+class MessageSink {
+public:
+    MessageSink();
+    ~MessageSink();
+    MessageSink(const MessageSink&) = delete;
+    MessageSink& operator=(const MessageSink&) = delete;
+
+    const QStringList& messages() const { return m_messages; }
+
+private:
+    friend void MsgBox(const QString& text, const QString& title);
+    QStringList m_messages;
+    MessageSink* m_outer;
+};
 
 // The program's title, used by every message box.
 inline QString programTitle() { return QStringLiteral("Dipscope"); }

@@ -7,7 +7,8 @@
 #include "runtime/Text.h"
 #include "session/CsvInput.h"
 #include "session/MainForm.h"
-#include "session/Procedures.h"
+#include "session/Points.h"
+#include "session/Results.h"
 #include "session/Session.h"
 
 #include <QDir>
@@ -72,54 +73,71 @@ void resetMethodState()
 
 } // namespace
 
-bool LoadDataFile()
+LightCurve readCsv(const QString& path, int maxRows)
 {
-    Session& s = S();
-    MainForm& form = mainForm();
+    LightCurve curve;
+    curve.source = path;
 
     // 1-3. Prescan the first two lines.
     QString line1, line2;
     {
-        CsvInput in(s.DataPath);
+        CsvInput in(path);
         line1 = in.lineInput();
         line2 = in.lineInput();
     }
     const int c1 = countCommas(line1);
     const bool header = isHeader(line1);
     const int c2 = countCommas(line2);
+    curve.commas = c2;
 
-    // 4. Not comma-separated: say so and change nothing.
-    if (c2 == 0) {
-        rt::MsgBox(csvFormatMessage());
-        return false;
-    }
+    // 4. Not comma-separated: no rows; the caller says so and changes nothing.
+    if (c2 == 0)
+        return curve;
 
     // 5-7. Read the rows; a header, or a first line shaped unlike the second, is skipped.
     // With six or more commas no row is read at all and the count becomes -1 (kept unguarded:
     // every later loop over the points then runs zero times).
+    curve.firstLineSkipped = c1 != c2 || header;
     int i = 0;
     {
-        CsvInput in(s.DataPath);
-        if (c1 != c2 || header)
+        CsvInput in(path);
+        if (curve.firstLineSkipped)
             in.lineInput();
         if (c2 <= 5) {
             i = 1;
             do {
-                if (i == 1001)
+                if (maxRows >= 0 && i == maxRows + 1)
                     rt::raise(9);
                 const CsvInput::Field time = in.input();
                 const double t = numericField(time);
                 const CsvInput::Field mag = in.input();
                 const double m = numericField(mag);
-                s.ReadHJD(i) = t;
-                s.ReadMag(i) = m;
+                curve.times.push_back(t);
+                curve.mags.push_back(m);
                 for (int extra = 1; extra <= c2 - 1; ++extra)
                     in.input(); // columns 3 to 6 are read and thrown away
                 ++i;
             } while (!in.eof());
         }
     }
-    s.NumOrig = i16(i - 1);
+    curve.rowCount = i - 1;
+    return curve;
+}
+
+void InstallLightCurve(const LightCurve& curve)
+{
+    Session& s = S();
+    MainForm& form = mainForm();
+
+    // The rows as the reader stores them; a 1001st row is out of the arrays' range.
+    const int rows = curve.rowCount;
+    if (rows > 1000)
+        rt::raise(9);
+    for (int k = 1; k <= rows; ++k) {
+        s.ReadHJD(k) = curve.times[static_cast<std::size_t>(k - 1)];
+        s.ReadMag(k) = curve.mags[static_cast<std::size_t>(k - 1)];
+    }
+    s.NumOrig = i16(rows);
     s.NumPts = s.NumOrig;
 
     // 8. The reader's own sign is -1 (an unset value times 2 minus 1); step 17 puts it right.
@@ -142,8 +160,7 @@ bool LoadDataFile()
     // 12-14.
     form.setTitle(QStringLiteral("Dipscope - ") + s.DataName);
     form.clearAndHidePlotData();
-    for (int k = 1; k <= 6; ++k)
-        form.setChecked(k, false);
+    UntickResults();
 
     // 15. The Fourier start values come from the inverted magnitudes: parameter 1 is the time
     // of the brightest point and parameter 2 its negated magnitude. Step 17 does not redo them.
@@ -158,6 +175,16 @@ bool LoadDataFile()
     // 17. "+Mags" after every load, whatever was chosen before.
     form.showMagOption(0);
     ApplyMagSense(0);
+}
+
+bool LoadDataFile()
+{
+    const LightCurve curve = readCsv(S().DataPath);
+    if (curve.commas == 0) {
+        rt::MsgBox(csvFormatMessage());
+        return false;
+    }
+    InstallLightCurve(curve);
     return true;
 }
 
@@ -170,8 +197,7 @@ bool OpenDataFile(const QString& dir, const QString& name)
     s.DataName = name;
     s.DataPath = DataPathOf(dir, name);
     const bool loaded = LoadDataFile();
-    for (int k = 1; k <= 12; ++k)
-        mainForm().setText(k, QString());
+    ClearResultTexts();
     return loaded;
 }
 

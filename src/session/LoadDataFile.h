@@ -2,12 +2,28 @@
 // Copyright (c) the Dipscope developers
 #pragma once
 
+#include "session/LightCurveData.h"
+
 #include <QString>
 
 namespace dip {
 
 // The message a data file without a comma in its second line is answered with.
 QString csvFormatMessage();
+
+// The CSV reader as a value: the rows of the file at path, the comma count of its line 2, whether
+// line 1 was skipped and the row count (-1 with six or more commas: no row is read). A line 2
+// without a comma gives commas == 0 and no rows. Raises the reader's runtime errors at the
+// moments it always has: 53 or 76 when the file cannot be opened, 62 for fewer than two lines
+// or a row cut short by the end of the file, 13 for a time or magnitude that is not a number,
+// 9 when row maxRows + 1 is met (maxRows < 0: no limit).
+LightCurve readCsv(const QString& path, int maxRows = 1000);
+
+// Puts a light curve into the session as loading does (the reader's steps after the rows are
+// read): ReadHJD/ReadMag, NumOrig, NumPts, the sign, the extents and their Full copies, the
+// title, the editor hidden, the ticks cleared, the methods' start state, the means emptied, the
+// count labels, and "+Mags". More than 1000 rows raise 9 as the reader does.
+void InstallLightCurve(const LightCurve& curve);
 
 // Reads the light curve at DataPath into the session and resets everything that depended on
 // the previous one. Returns false when the file was refused with csvFormatMessage() (the

@@ -9,6 +9,8 @@
 
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
+#include "session/MethodWorkspaces.h"
+#include "session/ResultTable.h"
 
 #include <QString>
 
@@ -44,38 +46,20 @@ struct ChordPick {
     double HJD1 = 0, HJD2 = 0, HJD3 = 0, HJD4 = 0;
 };
 
-// The parameter order list of the Levenberg-Marquardt fit: every parameter fitted, in order.
-inline rt::Array<Integer, 0, 8> allParametersInOrder()
-{
-    rt::Array<Integer, 0, 8> list;
-    for (int j = 1; j <= 8; ++j)
-        list(j) = static_cast<Integer>(j);
-    return list;
-}
-
-// The Fourier window's parameters and bookkeeping (the solver's own state is its own).
-struct FourierState {
+// The Fourier window's parameters and bookkeeping, over the fit state it hands the solver.
+struct FourierState : FourierFitState {
     rt::Array<double, 0, 8> FourierPar; // 1..8 in the order of the text boxes
-    rt::Array<double, 0, 8> FitAUndo;   // solver order
     rt::Array<Integer, 0, 8> ParEdited; // per box: changed since the last fit
     Integer ParEntered = rt::False;
     Integer FourierFitDone = rt::False;
     RangePick Range; // the window's own copy of a picked range
-    ObsArray FitSig; // per-point standard deviation
     rt::Array<double, 0, 100> CurveT;
     rt::Array<double, 0, 100> CurveM;
-    double Alamda = 0; // the solver's damping; -1 starts a fit
-    // What the fit hands the solver and gets back (solver order: A1..A5, C, W, Xo).
-    ObsArray FitX;
-    ObsArray FitY;
-    rt::Array<double, 0, 8> FitA;
-    rt::Matrix<double, 0, 8> Alpha;
-    rt::Matrix<double, 0, 8> Covar; // the covariance matrix after a fit
-    double Chisq = 0;
-    rt::Array<Integer, 0, 8> Lista = allParametersInOrder(); // 1..8 from program start
 };
 
-struct Session {
+// The session owns the workspaces of the methods its windows run (Kwee's grid, the sliding
+// integrations' arrays), so their names stay the session's own: S().KweeGridT, S().SlideDiff.
+struct Session : KweeGrid, SlidingWorkspace {
     // Files.
     QString DataDir;
     QString DataName;
@@ -129,9 +113,6 @@ struct Session {
     double ParabA0 = 0, ParabB = 0, ParabC = 0, ParabSigB = 0, ParabSigC = 0;
     rt::Array<double, 0, 100> FitCurveT;
     rt::Array<double, 0, 100> FitCurveMag;
-    // Kwee and van Woerden's time grid; slots above the last fit's 2M keep older values.
-    ObsArray KweeGridT;
-    ObsArray KweeGridMag;
     ChordPick Chords;     // frmPlott3
     FourierState Fourier; // frmPlott5
     ObsArray SmoothMag;   // tracing paper
@@ -139,13 +120,8 @@ struct Session {
     double FoldShown = 0;
     double FoldSpan = 0;
 
-    // Sliding integrations: the chosen stretch, its even grid and the window differences.
-    ObsArray SlideHJD;
-    ObsArray SlideMag;
-    Integer SlideN = 0;
-    ObsArray GridHJD;
-    ObsArray GridMag;
-    ObsArray SlideDiff;
+    // The six result rows the methods publish into; the main window's boxes show them.
+    ResultTable Results;
 };
 
 // What start-up and every load reset in the method windows: the first-time flags of the

@@ -10,6 +10,7 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::Points;
 
 namespace {
 
@@ -38,24 +39,22 @@ ToolRun runTool(const QStringList& arguments)
 // Forty-one points every 0.005 day, symmetric about the deepest one at 0.4.
 QByteArray symmetricDip()
 {
-    QByteArray out = "HJD,Mag\n";
+    Points points;
     for (int i = -20; i <= 20; ++i) {
         const double t = 0.4 + 0.005 * i;
-        const double m = 11.0 + 0.8 * std::exp(-((t - 0.4) / 0.03) * ((t - 0.4) / 0.03));
-        out += QByteArray::number(t, 'g', 17) + "," + QByteArray::number(m, 'g', 17) + "\n";
+        points.emplace_back(t, test::gaussianMag(t, 0.4, 0.03));
     }
-    return out;
+    return "HJD,Mag\n" + test::csv(points);
 }
 
 QByteArray thousandPoints()
 {
-    QByteArray out;
+    Points points;
     for (int i = 1; i <= 1000; ++i) {
         const double t = 0.001 * i;
-        out += QByteArray::number(t, 'g', 17) + "," +
-               QByteArray::number(11.0 + 0.5 * std::exp(-((t - 0.5) / 0.05) * ((t - 0.5) / 0.05)), 'g', 17) + "\n";
+        points.emplace_back(t, test::gaussianMag(t, 0.5, 0.05, 0.5));
     }
-    return out;
+    return test::csv(points);
 }
 
 } // namespace

@@ -124,7 +124,7 @@ private Q_SLOTS:
         QCOMPARE(r.code, 0);
         const QJsonObject row = onlyRow(json(r), 4);
         const int a = firstAfter(p, 0.3777), b = lastBefore(p, 0.5213);
-        const KweeResult k = KweeVanWoerden(S().HJD, S().Mag, S().NumPts, rt::Integer(a), rt::Integer(b),
+        const KweeResult k = KweeVanWoerden(S(), S().HJD, S().Mag, S().NumPts, rt::Integer(a), rt::Integer(b),
                                             rt::CInt((b - a + 1) * 0.9), rt::Integer(s), f);
         QCOMPARE(row.value(QStringLiteral("time")).toDouble(), k.time);
         QCOMPARE(row.value(QStringLiteral("error")).toDouble(), k.error);

@@ -7,6 +7,7 @@
 #include "plotting/PlotBox.h"
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
+#include "session/Curve.h"
 
 #include <utility>
 #include <vector>
@@ -16,11 +17,7 @@ namespace dip::test {
 using Points = std::vector<std::pair<double, double>>;
 
 // Times and magnitudes in 1..n, as HJD and Mag hold them.
-struct Curve {
-    rt::ObsArray t;
-    rt::ObsArray m;
-    rt::Integer n = 0;
-};
+using Curve = dip::CurveData;
 
 inline Curve toCurve(const Points& pts)
 {
@@ -33,7 +30,14 @@ inline Curve toCurve(const Points& pts)
     return c;
 }
 
-// The plot box of a method window on a form of 9000 x 6000 twips.
-inline void setMethodBox() { SetStandardPlotBox(9000, 6000); }
+// The plot box of a method window on a form of 9000 x 6000 twips, given to form (and, as
+// every drawing does, to the session's shared box).
+inline void setMethodBox(Canvas& form) { SetStandardPlotBox(form, 9000, 6000); }
+// The same box as the session's shared box only, as after drawing a method window.
+inline void setMethodBox()
+{
+    FormMemory window;
+    setMethodBox(window);
+}
 
 } // namespace dip::test

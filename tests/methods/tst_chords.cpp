@@ -50,7 +50,7 @@ void open(const Points& pts, FormPort& form)
 void clickAll(FormPort& form, std::initializer_list<double> times)
 {
     for (const double t : times)
-        ChordsMouseDown(form, Click::atTime(t));
+        ChordsMouseDown(form, Click::atTime(form.transform(), t));
 }
 
 double xOf(double t)
@@ -70,6 +70,7 @@ private Q_SLOTS:
     void threeMidpoints()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(threeChords(), form);
         clickAll(form, {4.3, 4.7, 5.7, 5.9});
         const ChordPick& p = S().Chords;
@@ -161,16 +162,17 @@ private Q_SLOTS:
     void prompts()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         QCOMPARE(form.caption(), loadPrompt);
-        ChordsMouseDown(form, Click::atTime(0.25));
+        ChordsMouseDown(form, Click::atTime(form.transform(), 0.25));
         QCOMPARE(form.caption(), QStringLiteral("Bisect Chords - RIGHT-CLICK AT (right) END OF LEFT RANGE."));
-        ChordsMouseDown(form, Click::atTime(0.75));
+        ChordsMouseDown(form, Click::atTime(form.transform(), 0.75));
         QCOMPARE(form.caption(), QStringLiteral("Bisect Chords - RIGHT-CLICK AT START (left end) OF RIGHT RANGE."));
-        ChordsMouseDown(form, Click::atTime(1.25));
+        ChordsMouseDown(form, Click::atTime(form.transform(), 1.25));
         QCOMPARE(form.caption(), QStringLiteral("Bisect Chords - RIGHT-CLICK AT (right) END OF RIGHT RANGE."));
         QCOMPARE(S().Chords.RangeSet, rt::False);
-        ChordsMouseDown(form, Click::atTime(1.75));
+        ChordsMouseDown(form, Click::atTime(form.transform(), 1.75));
         QCOMPARE(form.caption(), QStringLiteral("Bisect Chords - CLICK 'Bisect Chords', OR 'Undo' TO START OVER."));
         QCOMPARE(S().Chords.RangeSet, rt::True);
     }
@@ -178,6 +180,7 @@ private Q_SLOTS:
     void rightRangeFirstPromptsWhateverTheOtherSide()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         clickAll(form, {1.25, 1.75});
         QCOMPARE(form.caption(), QStringLiteral("Bisect Chords - CLICK 'Bisect Chords', OR 'Undo' TO START OVER."));
@@ -192,10 +195,11 @@ private Q_SLOTS:
     void labelsAndMarkers()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         const std::vector<double> times = {0.25, 0.75, 1.25, 1.75};
         for (double t : times)
-            ChordsMouseDown(form, Click::atTime(t));
+            ChordsMouseDown(form, Click::atTime(form.transform(), t));
         QCOMPARE(form.controlText(QStringLiteral("Label8")), QStringLiteral(" 4"));
         QCOMPARE(form.controlText(QStringLiteral("Label10")), QStringLiteral(" 8"));
         QCOMPARE(form.controlText(QStringLiteral("Label12")), QStringLiteral(" 14"));
@@ -233,6 +237,7 @@ private Q_SLOTS:
         QFETCH(int, first);
         QFETCH(int, last);
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         clickAll(form, {start, end});
         const ChordPick& p = S().Chords;
@@ -249,6 +254,7 @@ private Q_SLOTS:
     void clickAtAPointsTimeExcludesIt()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         // Points 3 (0.2) and 9 (0.8): the start takes the first point strictly later, the end
         // the last strictly earlier.
@@ -264,6 +270,7 @@ private Q_SLOTS:
     void sideUsesTheFullListAtTheEditedIndex()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         // Delete point 3: the faintest used point is now at edited index 10, and OrigHJD(10) is
         // 0.9, one point before the faintest time 1.0.
@@ -271,21 +278,22 @@ private Q_SLOTS:
         SetPickedDeleted(true);
         QCOMPARE(S().IdxMagMax, rt::Integer(10));
         QCOMPARE(S().OrigHJD(S().IdxMagMax), 0.1 * 9);
-        ChordsMouseDown(form, Click::atTime(0.95));
+        ChordsMouseDown(form, Click::atTime(form.transform(), 0.95));
         QCOMPARE(S().Chords.RightStage, rt::Integer(1));
         QCOMPARE(S().Chords.LeftStage, rt::Integer(0));
-        ChordsMouseDown(form, Click::atTime(0.85));
+        ChordsMouseDown(form, Click::atTime(form.transform(), 0.85));
         QCOMPARE(S().Chords.LeftStage, rt::Integer(1));
     }
 
     void completeSideIgnoresClicks()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         clickAll(form, {0.25, 0.75});
         const QString caption = form.caption();
         form.cls();
-        ChordsMouseDown(form, Click::atTime(0.05));
+        ChordsMouseDown(form, Click::atTime(form.transform(), 0.05));
         QCOMPARE(S().Chords.Idx1, rt::Integer(4));
         QCOMPARE(S().Chords.Idx2, rt::Integer(8));
         QCOMPARE(S().Chords.HJD1, 0.25);
@@ -307,6 +315,7 @@ private Q_SLOTS:
         QFETCH(double, x);
         QFETCH(int, button);
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         S().Chords.LeftStage = 2;
         S().Chords.RightStage = 2; // RangeSet stays False: no handled click recomputes it
@@ -319,6 +328,7 @@ private Q_SLOTS:
     void twipsClickTimeMultipliesFirst()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         const Session& s = S();
         const double x = 2001;
@@ -329,6 +339,7 @@ private Q_SLOTS:
     void bisectBeforeFourEndsDoesNothing()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         clickAll(form, {0.25, 0.75, 1.25});
         form.cls();
@@ -344,6 +355,7 @@ private Q_SLOTS:
     void bisectRedrawsTheFourMarkersFromTheTimes()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         clickAll(form, {0.25, 0.75, 1.25, 1.75});
         form.cls();
@@ -357,6 +369,7 @@ private Q_SLOTS:
     void undo()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         clickAll(form, {0.25, 0.75, 1.25, 1.75});
         QVERIFY(ChordsBisectClick(form));
@@ -380,6 +393,7 @@ private Q_SLOTS:
     void reopeningRedrawsTheMarkersAndBisectWorksAtOnce()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         open(vee(), form);
         clickAll(form, {0.25, 0.75, 1.25, 1.75});
         // Hidden and shown again: the picking survives, and a load of another file too.

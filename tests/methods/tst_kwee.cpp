@@ -18,7 +18,6 @@
 
 using namespace dip;
 using dip::test::CanvasRecorder;
-using dip::test::Curve;
 using dip::test::Points;
 using dip::test::toCurve;
 
@@ -58,8 +57,8 @@ rt::Integer gridHalf(int n) { return rt::CInt(n * 0.9); }
 
 KweeResult runOn(const Points& pts, rt::Integer s = 1, double f = 0.9)
 {
-    const Curve c = toCurve(pts);
-    return KweeVanWoerden(c.t, c.m, c.n, 1, c.n, gridHalf(c.n), s, f);
+    const CurveData c = toCurve(pts);
+    return KweeVanWoerden(S(), c.t, c.m, c.n, 1, c.n, gridHalf(c.n), s, f);
 }
 
 struct Sums {
@@ -97,8 +96,8 @@ void openAndPickAll(const Points& pts, FormPort& form)
     test::setMethodBox();
     KweeDesignTexts(form);
     KweeFormLoad(form);
-    KweeMouseDown(form, Click::atTime(pts.front().first - 0.001));
-    KweeMouseDown(form, Click::atTime(pts.back().first + 0.001));
+    KweeMouseDown(form, Click::atTime(form.transform(), pts.front().first - 0.001));
+    KweeMouseDown(form, Click::atTime(form.transform(), pts.back().first + 0.001));
     QCOMPARE(S().KweePick.LeftIdx, rt::Integer(1));
     QCOMPARE(S().KweePick.RightIdx, rt::Integer(pts.size()));
 }
@@ -201,8 +200,8 @@ private Q_SLOTS:
             const double m = shape == 0 ? 10 + 0.1 * i : shape == 1 ? 12 - 0.1 * i : 12 - 0.01 * (i - 10) * (i - 10);
             p.emplace_back(0.1 * i, m);
         }
-        const Curve c = toCurve(p);
-        DIP_EXPECT_RUNTIME_ERROR(KweeVanWoerden(c.t, c.m, c.n, 1, c.n, gridHalf(20), 1, frac), error);
+        const CurveData c = toCurve(p);
+        DIP_EXPECT_RUNTIME_ERROR(KweeVanWoerden(S(), c.t, c.m, c.n, 1, c.n, gridHalf(20), 1, frac), error);
     }
 
     void gridBracketsOverAllUsedPointsFromTheLast()
@@ -213,8 +212,8 @@ private Q_SLOTS:
         for (int i = 1; i <= 10; ++i)
             p.emplace_back(i, 10 + 0.1 * i);
         p.emplace_back(4.5, 20);
-        const Curve c = toCurve(p);
-        KweeInterpolate(c.t, c.m, c.n, 1, 10, 9); // K = 18, step 0.5
+        const CurveData c = toCurve(p);
+        KweeInterpolate(S(), c.t, c.m, c.n, 1, 10, 9); // K = 18, step 0.5
         const rt::ObsArray& gt = S().KweeGridT;
         const rt::ObsArray& gm = S().KweeGridMag;
         QCOMPARE(gt(0), 1.0);
@@ -243,6 +242,7 @@ private Q_SLOTS:
         QFETCH(int, n);
         QFETCH(int, K);
         CanvasRecorder form;
+        test::setMethodBox(form);
         const Points pts = symmetricDip(0.5 + 0.01 * (n - 1) / 2.0, 0.5, 0.01, n);
         openAndPickAll(pts, form);
         QVERIFY(KweeFitClick(form));
@@ -299,8 +299,8 @@ private Q_SLOTS:
         Points p;
         for (int i = 0; i < n; ++i)
             p.emplace_back(i, 10 + (i == 1 ? 1.0 : 0.3 * i));
-        const Curve c = toCurve(p);
-        DIP_EXPECT_RUNTIME_ERROR(KweeVanWoerden(c.t, c.m, c.n, 1, c.n, gridHalf(n), 1, 0.5), error);
+        const CurveData c = toCurve(p);
+        DIP_EXPECT_RUNTIME_ERROR(KweeVanWoerden(S(), c.t, c.m, c.n, 1, c.n, gridHalf(n), 1, 0.5), error);
     }
 
     void parameterTexts_data()
@@ -338,6 +338,7 @@ private Q_SLOTS:
         QFETCH(int, error);
         const Points pts = symmetricDip(0.6037, 0.4, 0.01, 41);
         CanvasRecorder form;
+        test::setMethodBox(form);
         openAndPickAll(pts, form);
         form.setControlText(QStringLiteral("Text1"), stepp);
         form.setControlText(QStringLiteral("Text2"), frac);
@@ -348,8 +349,8 @@ private Q_SLOTS:
         }
         const std::optional<KweeResult> r = KweeFitClick(form);
         QVERIFY(r);
-        const Curve c = toCurve(pts);
-        const KweeResult direct = KweeVanWoerden(c.t, c.m, c.n, 1, c.n, gridHalf(41), rt::Integer(s), f);
+        const CurveData c = toCurve(pts);
+        const KweeResult direct = KweeVanWoerden(S(), c.t, c.m, c.n, 1, c.n, gridHalf(41), rt::Integer(s), f);
         QCOMPARE(r->time, direct.time);
         QCOMPARE(r->error, direct.error);
     }
@@ -358,6 +359,7 @@ private Q_SLOTS:
     {
         const Points pts = symmetricDip(0.6, 0.4, 0.01, 41);
         CanvasRecorder form;
+        test::setMethodBox(form);
         openAndPickAll(pts, form);
         S().KweePick.LeftMarkX = 1234; // the button draws at the stored positions
         S().KweePick.RightMarkX = 4321;
@@ -385,9 +387,10 @@ private Q_SLOTS:
         QVERIFY(test::loadText(test::csv(symmetricDip(0.6037, 0.4, 0.01, 41))));
         test::setMethodBox();
         CanvasRecorder form;
+        test::setMethodBox(form);
         KweeDesignTexts(form);
         KweeFormLoad(form);
-        KweeMouseDown(form, Click::atTime(0.45));
+        KweeMouseDown(form, Click::atTime(form.transform(), 0.45));
         QVERIFY(!KweeFitClick(form));
         QCOMPARE(form.caption(), QStringLiteral("Kwee & van Woerden - RIGHT-CLICK AT (right) END OF RANGE."));
         QCOMPARE(mainForm().text(4), QString());
@@ -397,6 +400,7 @@ private Q_SLOTS:
     void undoAfterAFit()
     {
         CanvasRecorder form;
+        test::setMethodBox(form);
         openAndPickAll(symmetricDip(0.6037, 0.4, 0.01, 41), form);
         QVERIFY(KweeFitClick(form));
         KweeUndoClick(form);
@@ -411,7 +415,7 @@ private Q_SLOTS:
         QCOMPARE(S().KweePick.LeftSet, rt::True);
         QVERIFY(!KweeFitClick(form));
         // One new pick, and the range is back.
-        KweeMouseDown(form, Click::atTime(0.75));
+        KweeMouseDown(form, Click::atTime(form.transform(), 0.75));
         QVERIFY(KweeFitClick(form));
     }
 
@@ -421,9 +425,10 @@ private Q_SLOTS:
         QVERIFY(test::loadText(test::csv(pts)));
         test::setMethodBox();
         CanvasRecorder form;
+        test::setMethodBox(form);
         KweeFormLoad(form);
-        KweeMouseDown(form, Click::atTime(0.4523));
-        KweeMouseDown(form, Click::atTime(0.7551));
+        KweeMouseDown(form, Click::atTime(form.transform(), 0.4523));
+        KweeMouseDown(form, Click::atTime(form.transform(), 0.7551));
         form.cls();
         KweeRedrawOverlays(form);
         const Session& s = S();

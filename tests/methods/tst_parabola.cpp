@@ -104,8 +104,9 @@ void loadAndPick(const Points& pts, int first, int last, FormPort& form)
     test::setMethodBox();
     ParabolaFormLoad(form);
     const auto mid = [&](int i) { return (pts[std::size_t(i - 1)].first + pts[std::size_t(i)].first) / 2; };
-    ParabolaMouseDown(form, Click::atTime(first > 1 ? mid(first - 1) : pts.front().first - 0.001));
-    ParabolaMouseDown(form, Click::atTime(last < int(pts.size()) ? mid(last) : pts.back().first + 0.001));
+    ParabolaMouseDown(form, Click::atTime(form.transform(), first > 1 ? mid(first - 1) : pts.front().first - 0.001));
+    ParabolaMouseDown(form,
+                      Click::atTime(form.transform(), last < int(pts.size()) ? mid(last) : pts.back().first + 0.001));
     QCOMPARE(S().ParabolaPick.LeftIdx, rt::Integer(first));
     QCOMPARE(S().ParabolaPick.RightIdx, rt::Integer(last));
 }
@@ -239,6 +240,7 @@ private Q_SLOTS:
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
         CanvasRecorder form;
+        test::setMethodBox(form);
         loadAndPick(pts, 8, 33, form);
         const std::optional<ParabolaFitResult> fit = ParabolaFitClick(form);
         QVERIFY(fit);
@@ -262,6 +264,7 @@ private Q_SLOTS:
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
         CanvasRecorder form;
+        test::setMethodBox(form);
         loadAndPick(pts, 8, 33, form);
         form.cls();
         S().ParabolaPick.LeftMarkX = 0;
@@ -289,11 +292,12 @@ private Q_SLOTS:
         QVERIFY(test::loadText(test::csv({{1.0, 13.0}, {1.1, 12.5}, {1.2, 12.0}, {1.3, 11.5}, {1.4, 11.0}})));
         test::setMethodBox();
         CanvasRecorder form;
+        test::setMethodBox(form);
         ParabolaFormLoad(form);
         if (clicks >= 1)
-            ParabolaMouseDown(form, Click::atTime(0.999));
+            ParabolaMouseDown(form, Click::atTime(form.transform(), 0.999));
         if (clicks >= 2)
-            ParabolaMouseDown(form, Click::atTime(1.0)); // a right end with no point before it
+            ParabolaMouseDown(form, Click::atTime(form.transform(), 1.0)); // a right end with no point before it
         const QString caption = form.caption();
         form.cls();
         QVERIFY(!ParabolaFitClick(form));
@@ -307,6 +311,7 @@ private Q_SLOTS:
     {
         const Points pts = parabolaPoints(0.4, 11, 30, 0.30, 0.005, 41, 0.01);
         CanvasRecorder form;
+        test::setMethodBox(form);
         loadAndPick(pts, 8, 33, form);
         S().ParabolaPick.LeftIdx = 33;
         S().ParabolaPick.RightIdx = 8;
@@ -317,6 +322,7 @@ private Q_SLOTS:
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
         CanvasRecorder form;
+        test::setMethodBox(form);
         loadAndPick(pts, 8, 33, form);
         QVERIFY(ParabolaFitClick(form));
         ParabolaUndoClick(form);
@@ -341,6 +347,7 @@ private Q_SLOTS:
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
         CanvasRecorder form;
+        test::setMethodBox(form);
         loadAndPick(pts, 8, 33, form);
         QVERIFY(ParabolaFitClick(form));
         Session& s = S();
@@ -363,24 +370,27 @@ private Q_SLOTS:
                 DIP_COMPARE_REL(calls[0].y1, y, 1e-12);
                 continue;
             }
+            // The colours the curve is drawn in: blue RGB(0, 0, 255) inside, light grey
+            // RGB(200, 200, 200) outside.
             const bool inside = s.ParabolaPick.LeftHJD < t && t < s.ParabolaPick.RightHJD;
+            const Rgb expected = inside ? Rgb{0, 0, 255} : Rgb{200, 200, 200};
             for (int j = -10; j <= 10; ++j) {
                 const auto& c = calls[qsizetype(1 + (k - 1) * 21 + (j + 10))];
                 QVERIFY(c.op == CanvasRecorder::Op::LineTo);
-                QVERIFY(c.colour == (inside ? colours::blue : colours::curveGrey));
+                QVERIFY(c.colour == expected);
                 DIP_COMPARE_REL(c.x2, x, 1e-12);
                 DIP_COMPARE_REL(c.y2, y + j, 1e-12);
             }
         }
-        QVERIFY(calls[1 + 19 * 21].colour == colours::curveGrey); // sample 20
-        QVERIFY(calls[1 + 20 * 21].colour == colours::blue);      // sample 21
-        QVERIFY(colours::curveGrey == (Rgb{200, 200, 200}));
+        QVERIFY(calls[1 + 19 * 21].colour == (Rgb{200, 200, 200})); // sample 20
+        QVERIFY(calls[1 + 20 * 21].colour == (Rgb{0, 0, 255}));     // sample 21
     }
 
     void reopeningRedrawsMarkersAndCurveAtTheNewScale()
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
         CanvasRecorder form;
+        test::setMethodBox(form);
         loadAndPick(pts, 8, 33, form);
         QVERIFY(ParabolaFitClick(form));
         // A deletion at the end changes the scale.
@@ -412,6 +422,7 @@ private Q_SLOTS:
     {
         const Points pts = parabolaPoints(0.40123, 11, 30, 0.30, 0.005, 41, 0.01);
         FormMemory form;
+        test::setMethodBox(form);
         loadAndPick(pts, 8, 33, form);
         QVERIFY(ParabolaFitClick(form));
         QCOMPARE(S().FitCurveT(100), 0.0);

@@ -91,10 +91,7 @@ Reference reference(const std::vector<double>& t, const std::vector<double>& m, 
 }
 
 // A dip of depth 0.8 mag and width sigma about c on a base of 11.
-double dipMag(double t, double c, double sigma)
-{
-    return 11.0 + 0.8 * std::exp(-((t - c) / sigma) * ((t - c) / sigma));
-}
+double dipMag(double t, double c, double sigma) { return test::gaussianMag(t, c, sigma); }
 
 void fill(rt::ObsArray& t, rt::ObsArray& m, const std::vector<double>& ts, const std::vector<double>& ms)
 {
@@ -179,7 +176,7 @@ void SlidingTest::thirtyPointsGrid()
     const Session& s = S();
     rt::Integer k = 0, count = 0;
     double delta = 0;
-    ResampleEven(s.HJD, s.Mag, 30, k, count, delta);
+    ResampleEven(S(), s.HJD, s.Mag, 30, k, count, delta);
     QCOMPARE(int(k), 11);
     QCOMPARE(int(count), 33);
     QCOMPARE(delta, (s.HJD(30) - s.HJD(1)) / 33);
@@ -211,7 +208,7 @@ void SlidingTest::gridInterpolation()
     fill(s.SlideHJD, s.SlideMag, t, m);
     rt::Integer k = 0, count = 0;
     double delta = 0;
-    ResampleEven(s.SlideHJD, s.SlideMag, rt::Integer(t.size()), k, count, delta);
+    ResampleEven(s, s.SlideHJD, s.SlideMag, rt::Integer(t.size()), k, count, delta);
     const Reference r = reference(t, m);
     QCOMPARE(int(k), r.k);
     QCOMPARE(int(count), 3 * r.k);
@@ -357,7 +354,10 @@ void SlidingTest::matchesSecondComputation()
     Session& s = S();
     fill(s.SlideHJD, s.SlideMag, t, m);
     double T = 0, E = 0;
-    SlidingIntegrations(s.SlideHJD, s.SlideMag, 57, T, E);
+    SlidingWindow window;
+    SlidingIntegrations(s, s.SlideHJD, s.SlideMag, 57, T, E, window);
+    s.RangeFirst = window.first;
+    s.RangeLast = window.last;
     const Reference r = reference(t, m);
     QCOMPARE(int(s.RangeFirst), r.first);
     QCOMPARE(int(s.RangeLast), r.last);
@@ -381,7 +381,10 @@ void SlidingTest::bestAtFirstPosition()
     Session& s = S();
     fill(s.SlideHJD, s.SlideMag, t, m);
     double T = 0, E = 0;
-    SlidingIntegrations(s.SlideHJD, s.SlideMag, 30, T, E);
+    SlidingWindow window;
+    SlidingIntegrations(s, s.SlideHJD, s.SlideMag, 30, T, E, window);
+    s.RangeFirst = window.first;
+    s.RangeLast = window.last;
     const Reference r = reference(t, m);
     QCOMPARE(r.bestIdx, 1);
     QCOMPARE(int(s.RangeFirst), 0);
@@ -403,7 +406,10 @@ void SlidingTest::bestAtLastPositionReadsOldSlot()
     }
     fill(s.SlideHJD, s.SlideMag, t0, m0);
     double T = 0, E = 0;
-    SlidingIntegrations(s.SlideHJD, s.SlideMag, 60, T, E);
+    SlidingWindow window;
+    SlidingIntegrations(s, s.SlideHJD, s.SlideMag, 60, T, E, window);
+    s.RangeFirst = window.first;
+    s.RangeLast = window.last;
     const double left = s.SlideDiff(12);
     QVERIFY(left != 0);
 
@@ -417,7 +423,10 @@ void SlidingTest::bestAtLastPositionReadsOldSlot()
         m.push_back(dipMag(t.back(), centre, 0.02));
     }
     fill(s.SlideHJD, s.SlideMag, t, m);
-    SlidingIntegrations(s.SlideHJD, s.SlideMag, 30, T, E);
+    window = SlidingWindow{};
+    SlidingIntegrations(s, s.SlideHJD, s.SlideMag, 30, T, E, window);
+    s.RangeFirst = window.first;
+    s.RangeLast = window.last;
     const Reference r = reference(t, m, 0, left);
     QCOMPARE(r.bestIdx, 11);
     QCOMPARE(int(s.RangeFirst), 10);

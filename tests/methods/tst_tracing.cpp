@@ -94,19 +94,14 @@ void TracingPaperTest::init()
 {
     test::freshSession();
     m_window = std::make_unique<RecordingWindow>();
-    setTracingPaperWindow(m_window.get(), m_window.get());
 }
 
-void TracingPaperTest::cleanup()
-{
-    setTracingPaperWindow(nullptr, nullptr);
-    m_window.reset();
-}
+void TracingPaperTest::cleanup() { m_window.reset(); }
 
 void TracingPaperTest::type(const QString& text)
 {
     m_window->setControlText(QStringLiteral("Text1"), text);
-    UpdateFold();
+    UpdateFold(m_window->view());
 }
 
 void TracingPaperTest::openingPublishesLoadFold()
@@ -116,7 +111,7 @@ void TracingPaperTest::openingPublishesLoadFold()
     QCOMPARE(m_window->caption(), tracingPaperCaption());
     QCOMPARE(m_window->controlText("Label8"), QStringLiteral("No averaging"));
     QCOMPARE(m_window->scrollValue(), ScrollCentre);
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     QCOMPARE(m_window->shows(), 1);
     QCOMPARE(s.FoldHJD, RoundTo(s.HJD(6), 4));
     for (int i = 1; i <= 10; ++i)
@@ -149,7 +144,7 @@ void TracingPaperTest::windowBoxRightAligned()
     QFETCH(QString, box);
     QFETCH(QString, result);
     QVERIFY(test::loadText(tenPoints()));
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     type(typed);
     QCOMPARE(m_window->controlText("Text1"), box);
     QCOMPARE(m_window->controlText("Text1").size(), 14);
@@ -172,7 +167,7 @@ void TracingPaperTest::typedFold()
     QFETCH(QString, typed);
     QFETCH(double, fold);
     QVERIFY(test::loadText(tenPoints()));
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     m_window->setScrollValue(ScrollCentre + 7);
     const int clearsBefore = m_window->clears;
     type(typed);
@@ -198,7 +193,7 @@ void TracingPaperTest::errorAlwaysFixed()
     QFETCH(QByteArray, data);
     QFETCH(QString, typed);
     QVERIFY(test::loadText(data));
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     QCOMPARE(mainForm().text(8), QStringLiteral("0.0001"));
     if (!typed.isEmpty()) {
         type(typed);
@@ -206,7 +201,7 @@ void TracingPaperTest::errorAlwaysFixed()
     }
     m_window->setScrollValue(ScrollCentre - 3);
     QCOMPARE(mainForm().text(8), QStringLiteral("0.0001"));
-    SmoothFold();
+    SmoothFold(m_window->view());
     QCOMPARE(mainForm().text(8), QStringLiteral("0.0001"));
 }
 
@@ -224,7 +219,7 @@ void TracingPaperTest::scrollMovesFromFaintestPoint()
     QFETCH(int, bar);
     // The faintest point at 0.45123: the load fold is rounded to 0.4512, the bar's origin is not.
     QVERIFY(test::loadText("0.40,11\n0.43,11.5\n0.45123,12\n0.47,11.4\n0.49,11\n"));
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     QCOMPARE(S().FoldHJD, 0.4512);
     type(QStringLiteral("0.3")); // a typed fold is discarded by the bar
     m_window->setScrollValue(bar);
@@ -248,7 +243,7 @@ void TracingPaperTest::scrollBeyondDataClamps()
     QFETCH(double, fraction);
     QVERIFY(test::loadText(tenPoints()));
     const Session& s = S();
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     m_window->setScrollValue(bar);
     const double clamped = s.HJDMin + fraction * s.HJDRange;
     const int expectedBar = static_cast<int>(std::nearbyint(ScrollCentre + (clamped - s.HJD(6)) / FoldStep));
@@ -274,7 +269,7 @@ void TracingPaperTest::barOutsideRangeRaises()
     QFETCH(QByteArray, data);
     QFETCH(int, bar);
     QVERIFY(test::loadText(data));
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     DIP_EXPECT_RUNTIME_ERROR(m_window->setScrollValue(bar), 380);
 }
 
@@ -296,13 +291,13 @@ void TracingPaperTest::smoothingTooFewPoints()
     QFETCH(QString, label);
     QVERIFY(test::loadText(raggedPoints(points)));
     const Session& s = S();
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     for (int p = 1; p < presses; ++p)
-        SmoothFold();
+        SmoothFold(m_window->view());
     std::vector<double> before;
     for (int i = 1; i <= points; ++i)
         before.push_back(s.SmoothMag(i));
-    SmoothFold();
+    SmoothFold(m_window->view());
     for (int i = 1; i <= points; ++i)
         QCOMPARE(s.SmoothMag(i), before[static_cast<std::size_t>(i - 1)]);
     QCOMPARE(int(s.AvgPoints), 2 * presses + 1);
@@ -313,10 +308,10 @@ void TracingPaperTest::fourPressesReachNine()
 {
     QVERIFY(test::loadText(raggedPoints(30)));
     const Session& s = S();
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     const QStringList labels{"3-point averaging", "5-point averaging", "7-point averaging", "9-point averaging"};
     for (int p = 0; p < 4; ++p) {
-        SmoothFold();
+        SmoothFold(m_window->view());
         QCOMPARE(m_window->controlText("Label8"), labels[p]);
         QCOMPARE(int(s.AvgPoints), 3 + 2 * p);
     }
@@ -325,7 +320,7 @@ void TracingPaperTest::fourPressesReachNine()
     for (int i = 1; i <= 30; ++i)
         before.push_back(s.SmoothMag(i));
     const int clears = m_window->clears;
-    SmoothFold();
+    SmoothFold(m_window->view());
     QCOMPARE(m_window->clears, clears + 1); // redrawn
     QCOMPARE(int(s.AvgPoints), 9);
     QCOMPARE(m_window->controlText("Label8"), labels[3]);
@@ -338,10 +333,10 @@ void TracingPaperTest::gradedEnds()
     const int n = 20;
     QVERIFY(test::loadText(raggedPoints(n)));
     const Session& s = S();
-    OpenTracingPaper();
-    SmoothFold();
-    SmoothFold();
-    SmoothFold();
+    OpenTracingPaper(m_window->view());
+    SmoothFold(m_window->view());
+    SmoothFold(m_window->view());
+    SmoothFold(m_window->view());
     QCOMPARE(s.SmoothMag(1), s.Mag(1));
     QCOMPARE(s.SmoothMag(n), s.Mag(n));
     DIP_COMPARE_REL(s.SmoothMag(2), mean(2, 1), 1e-14);
@@ -360,20 +355,20 @@ void TracingPaperTest::undoSmooth()
     const int n = 25;
     QVERIFY(test::loadText(raggedPoints(n)));
     Session& s = S();
-    OpenTracingPaper();
-    SmoothFold();
-    SmoothFold();
+    OpenTracingPaper(m_window->view());
+    SmoothFold(m_window->view());
+    SmoothFold(m_window->view());
     // Entries 1 and n are never written by the means; mark them to see Undo leave them alone.
     s.SmoothMag(1) = 99;
     s.SmoothMag(n) = 98;
-    UndoSmoothFold();
+    UndoSmoothFold(m_window->view());
     for (int i = 2; i <= n - 1; ++i)
         QCOMPARE(s.SmoothMag(i), s.Mag(i));
     QCOMPARE(s.SmoothMag(1), 99.0);
     QCOMPARE(s.SmoothMag(n), 98.0);
     QCOMPARE(int(s.AvgPoints), 1);
     QCOMPARE(m_window->controlText("Label8"), QStringLiteral("No averaging"));
-    SmoothFold();
+    SmoothFold(m_window->view());
     QCOMPARE(m_window->controlText("Label8"), QStringLiteral("3-point averaging"));
 }
 
@@ -382,15 +377,15 @@ void TracingPaperTest::reopeningKeepsWidthAndLabel()
     const int n = 20;
     QVERIFY(test::loadText(raggedPoints(n)));
     const Session& s = S();
-    OpenTracingPaper();
-    SmoothFold();
-    SmoothFold();
-    OpenTracingPaper(); // the main window's button again: raw data, the old width and label
+    OpenTracingPaper(m_window->view());
+    SmoothFold(m_window->view());
+    SmoothFold(m_window->view());
+    OpenTracingPaper(m_window->view()); // the main window's button again: raw data, the old width and label
     for (int i = 1; i <= n; ++i)
         QCOMPARE(s.SmoothMag(i), s.Mag(i));
     QCOMPARE(int(s.AvgPoints), 5);
     QCOMPARE(m_window->controlText("Label8"), QStringLiteral("5-point averaging"));
-    SmoothFold();
+    SmoothFold(m_window->view());
     QCOMPARE(int(s.AvgPoints), 7);
     QCOMPARE(m_window->controlText("Label8"), QStringLiteral("7-point averaging"));
     for (int i = 4; i <= n - 3; ++i)
@@ -403,16 +398,16 @@ void TracingPaperTest::reopeningKeepsWidthAndLabel()
 void TracingPaperTest::loadResetsWidthNotLabel()
 {
     QVERIFY(test::loadText(raggedPoints(20)));
-    OpenTracingPaper();
-    SmoothFold();
-    SmoothFold();
+    OpenTracingPaper(m_window->view());
+    SmoothFold(m_window->view());
+    SmoothFold(m_window->view());
     test::DataFolder folder;
     folder.write(QStringLiteral("other.csv"), raggedPoints(15));
     QVERIFY(OpenDataFile(folder.path(), QStringLiteral("other.csv")));
     QCOMPARE(int(S().AvgPoints), 1);
     QCOMPARE(m_window->controlText("Label8"), QStringLiteral("5-point averaging"));
-    OpenTracingPaper();
-    SmoothFold();
+    OpenTracingPaper(m_window->view());
+    SmoothFold(m_window->view());
     QCOMPARE(m_window->controlText("Label8"), QStringLiteral("3-point averaging"));
 }
 
@@ -420,24 +415,24 @@ void TracingPaperTest::foldBeforeFirstObservation()
 {
     QVERIFY(test::loadText(tenPoints()));
     const Session& s = S();
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     type(QStringLiteral("0.3"));
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
     const auto red = m_window->dotsIn(colours::red);
     QCOMPARE(red.size(), 1);
-    QCOMPARE(red[0].x, PlotX(scale, 0.40));
-    QCOMPARE(red[0].y, PlotY(scale, s.SmoothMag(1)));
+    QCOMPARE(red[0].x, PlotX(m_window->transform(), scale, 0.40));
+    QCOMPARE(red[0].y, PlotY(m_window->transform(), scale, s.SmoothMag(1)));
     QCOMPARE(m_window->linesIn(colours::red).size(), 0);
     // Points 2..10 mirrored; the first of them has no dot.
     const auto blue = m_window->dotsIn(colours::blue);
     QCOMPARE(blue.size(), 8);
     for (int i = 3; i <= 10; ++i) {
-        QCOMPARE(blue[i - 3].x, PlotX(scale, 2 * 0.3 - s.HJD(i)));
-        QCOMPARE(blue[i - 3].y, PlotY(scale, s.SmoothMag(i)));
+        QCOMPARE(blue[i - 3].x, PlotX(m_window->transform(), scale, 2 * 0.3 - s.HJD(i)));
+        QCOMPARE(blue[i - 3].y, PlotY(m_window->transform(), scale, s.SmoothMag(i)));
     }
     const auto blueLines = m_window->linesIn(colours::blue);
     QCOMPARE(blueLines.size(), 8);
-    QCOMPARE(blueLines[0].x1, PlotX(scale, 2 * 0.3 - s.HJD(2)));
+    QCOMPARE(blueLines[0].x1, PlotX(m_window->transform(), scale, 2 * 0.3 - s.HJD(2)));
 }
 
 void TracingPaperTest::foldAtOrAfterLast_data()
@@ -452,13 +447,13 @@ void TracingPaperTest::foldAtOrAfterLast()
     QFETCH(QString, typed);
     QVERIFY(test::loadText(tenPoints()));
     const Session& s = S();
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     type(typed);
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
     const auto red = m_window->dotsIn(colours::red);
     QCOMPARE(red.size(), 10);
     for (int i = 1; i <= 10; ++i)
-        QCOMPARE(red[i - 1].x, PlotX(scale, s.HJD(i)));
+        QCOMPARE(red[i - 1].x, PlotX(m_window->transform(), scale, s.HJD(i)));
     QCOMPARE(m_window->linesIn(colours::red).size(), 9);
     QCOMPARE(m_window->dotsIn(colours::blue).size(), 0);
     QCOMPARE(m_window->linesIn(colours::blue).size(), 0);
@@ -468,25 +463,25 @@ void TracingPaperTest::foldInsideMirrorsLaterPoints()
 {
     QVERIFY(test::loadText(tenPoints()));
     Session& s = S();
-    OpenTracingPaper();
-    SmoothFold(); // both branches use SmoothMag
+    OpenTracingPaper(m_window->view());
+    SmoothFold(m_window->view()); // both branches use SmoothMag
     type(QStringLiteral("0.445"));
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
     const auto red = m_window->dotsIn(colours::red);
     QCOMPARE(red.size(), 5);
     for (int i = 1; i <= 5; ++i)
-        QCOMPARE(red[i - 1].y, PlotY(scale, s.SmoothMag(i)));
+        QCOMPARE(red[i - 1].y, PlotY(m_window->transform(), scale, s.SmoothMag(i)));
     QVERIFY(s.SmoothMag(2) != s.Mag(2));
     const auto blue = m_window->dotsIn(colours::blue);
     QCOMPARE(blue.size(), 4);
     for (int i = 7; i <= 10; ++i) {
-        QCOMPARE(blue[i - 7].x, PlotX(scale, 2 * 0.445 - s.HJD(i)));
-        QCOMPARE(blue[i - 7].y, PlotY(scale, s.SmoothMag(i)));
+        QCOMPARE(blue[i - 7].x, PlotX(m_window->transform(), scale, 2 * 0.445 - s.HJD(i)));
+        QCOMPARE(blue[i - 7].y, PlotY(m_window->transform(), scale, s.SmoothMag(i)));
     }
     // The mirrored point 6 lands on 0.44 (point 5's time): reflected branches overlay.
     const auto blueLines = m_window->linesIn(colours::blue);
     QCOMPARE(blueLines.size(), 4);
-    QVERIFY(near(blueLines[0].x1, PlotX(scale, 0.44)));
+    QVERIFY(near(blueLines[0].x1, PlotX(m_window->transform(), scale, 0.44)));
 }
 
 void TracingPaperTest::scaleStopsShortOfFold()
@@ -494,7 +489,7 @@ void TracingPaperTest::scaleStopsShortOfFold()
     QVERIFY(test::loadText(tenPoints()));
     const Session& s = S();
     m_window->setFormSize(9000, 6000);
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     type(QStringLiteral("0.445"));
     QCOMPARE(s.PlotLeft, 500.0);
     QCOMPARE(s.PlotRight, 9000.0 - 415);
@@ -531,7 +526,7 @@ void TracingPaperTest::foldShownClamps()
     QFETCH(double, shownFraction);
     QVERIFY(test::loadText(tenPoints()));
     const Session& s = S();
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     type(typed);
     if (shownFraction < 0)
         QCOMPARE(s.FoldShown, s.FoldHJD);
@@ -547,7 +542,7 @@ void TracingPaperTest::gridOverFoldSpan()
 {
     QVERIFY(test::loadText(tenPoints()));
     const Session& s = S();
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     type(QStringLiteral("0.445"));
     // FoldSpan 0.045: L = -2, P = 0.01, r = 4.5, step 0.005 (single precision), lines from
     // Int(0.398 / step) to Int(0.445 / step) inside the box: 0.400, 0.405, ... 0.440.
@@ -558,7 +553,7 @@ void TracingPaperTest::gridOverFoldSpan()
         QCOMPARE(l.x1, l.x2);
         QCOMPARE(l.y1, s.PlotTop);
         QCOMPARE(l.y2, s.PlotBottom);
-        times << PlotTimeAt(scale, l.x1);
+        times << PlotTimeAt(m_window->transform(), scale, l.x1);
     }
     QCOMPARE(times.size(), 9);
     // Multiples of the single-precision step: 80 to 88 times 0.005f.
@@ -572,7 +567,7 @@ void TracingPaperTest::faintestFirstGivesZeroSpan()
     // like every plot of a zero time range.
     QVERIFY(test::loadText("0.5,12\n0.6,11\n0.7,11.2\n"));
     QCOMPARE(S().FoldHJD, 0.5);
-    DIP_EXPECT_RUNTIME_ERROR(OpenTracingPaper(), 11);
+    DIP_EXPECT_RUNTIME_ERROR(OpenTracingPaper(m_window->view()), 11);
 }
 
 void TracingPaperTest::controlPositions_data()
@@ -589,7 +584,7 @@ void TracingPaperTest::controlPositions()
     QFETCH(double, height);
     QVERIFY(test::loadText(tenPoints()));
     m_window->setFormSize(width, height);
-    OpenTracingPaper();
+    OpenTracingPaper(m_window->view());
     const double top = height - 1550, bar = height - 1130;
     QCOMPARE(m_window->controlPosition("Label7"), QPointF(240, top));
     QCOMPARE(m_window->controlPosition("Text1"), QPointF(1320, top));

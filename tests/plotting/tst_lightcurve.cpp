@@ -9,19 +9,11 @@
 #include "support/TestSupport.h"
 
 using namespace dip;
+using dip::test::twelvePoints;
 
 namespace {
 
 using Recorder = test::CanvasRecorder;
-
-// Twelve points: t = 1000.1 + 0.01 i, m = 11 + 0.01 i, a dip in the middle.
-std::vector<std::pair<double, double>> twelvePoints()
-{
-    std::vector<std::pair<double, double>> points;
-    for (int i = 1; i <= 12; ++i)
-        points.push_back({1000.1 + 0.01 * i, 11.0 + 0.01 * i + (i == 6 ? 0.5 : 0.0)});
-    return points;
-}
 
 // The light-curve box and transform, computed here from the form size on their own.
 double expectedX(double width, double t)
@@ -36,14 +28,16 @@ double expectedY(double height, double m)
 }
 
 // A box of 8000 x 4000 twips at (500, 242) showing times 0 .. tr and magnitudes 0 .. mr.
-void setFullScale(double tr, double mr)
+PlotTransform setFullScale(double tr, double mr)
 {
     Session& s = S();
-    SetPlotBox(500, 8500, 242, 4242);
+    PlotTransform box;
+    box.setBox(500, 8500, 242, 4242);
     s.FullHJDMin = 0;
     s.FullHJDRange = tr;
     s.FullMagMin = 0;
     s.FullMagRange = mr;
+    return box;
 }
 
 // Deletes point i as the editor does.
@@ -78,6 +72,8 @@ void LightCurveTest::drawsDiscsAndCrossesWithFullExtents()
     rec.setFormSize(9600, 6900);
     PlotLightCurve(rec);
     QCOMPARE(rec.clears, 1);
+    QCOMPARE(rec.transform().PlotLeft, 500.0);
+    QCOMPARE(rec.transform().PlotBottom, 6900.0 - 1850);
     QCOMPARE(S().PlotLeft, 500.0);
     QCOMPARE(S().PlotBottom, 6900.0 - 1850);
 
@@ -130,14 +126,14 @@ void LightCurveTest::picksNearestInDataUnits()
     // A day weighs as much as a magnitude: with 10 days across and 0.1 magnitude down, B is
     // nearer on the screen but A is nearer in data units.
     Session& s = S();
-    setFullScale(10, 0.1);
+    const PlotTransform box = setFullScale(10, 0.1);
     s.NumOrig = 2;
     s.OrigHJD(1) = 1.0, s.OrigMag(1) = 0.05;  // A
     s.OrigHJD(2) = 1.02, s.OrigMag(2) = 0.06; // B
     const PlotScale scale = FullScale();
-    const double x = PlotX(scale, 1.0), y = PlotY(scale, 0.06);
-    QVERIFY(std::hypot(PlotX(scale, 1.02) - x, 0) < std::hypot(0, PlotY(scale, 0.05) - y));
-    QCOMPARE(int(PickNearestPoint(x, y)), 1);
+    const double x = PlotX(box, scale, 1.0), y = PlotY(box, scale, 0.06);
+    QVERIFY(std::hypot(PlotX(box, scale, 1.02) - x, 0) < std::hypot(0, PlotY(box, scale, 0.05) - y));
+    QCOMPARE(int(PickNearestPoint(box, x, y)), 1);
     QCOMPARE(int(s.PickIdx), 1);
 }
 
@@ -149,7 +145,8 @@ void LightCurveTest::equalPointsLowerIndexWins()
     Recorder rec;
     PlotLightCurve(rec);
     const PlotScale scale = FullScale();
-    QCOMPARE(int(PickNearestPoint(PlotX(scale, s.OrigHJD(9)), PlotY(scale, s.OrigMag(9)))), 4);
+    const PlotTransform& box = rec.transform();
+    QCOMPARE(int(PickNearestPoint(box, PlotX(box, scale, s.OrigHJD(9)), PlotY(box, scale, s.OrigMag(9)))), 4);
 }
 
 void LightCurveTest::deletedPointsArePicked()
@@ -158,7 +155,8 @@ void LightCurveTest::deletedPointsArePicked()
     Recorder rec;
     PlotLightCurve(rec);
     const PlotScale scale = FullScale();
-    QCOMPARE(int(PickNearestPoint(PlotX(scale, S().OrigHJD(7)), PlotY(scale, S().OrigMag(7)))), 7);
+    const PlotTransform& box = rec.transform();
+    QCOMPARE(int(PickNearestPoint(box, PlotX(box, scale, S().OrigHJD(7)), PlotY(box, scale, S().OrigMag(7)))), 7);
 }
 
 void LightCurveTest::farClicksPickNothing_data()
@@ -179,12 +177,12 @@ void LightCurveTest::farClicksPickNothing()
     QFETCH(double, dy);
     QFETCH(int, picked);
     Session& s = S();
-    setFullScale(8000, 4000);
+    const PlotTransform box = setFullScale(8000, 4000);
     s.NumOrig = 1;
     s.OrigHJD(1) = 0;
     s.OrigMag(1) = 0;
     s.PickIdx = 5;
-    QCOMPARE(int(PickNearestPoint(500 + dx, 242 + dy)), picked);
+    QCOMPARE(int(PickNearestPoint(box, 500 + dx, 242 + dy)), picked);
 }
 
 void LightCurveTest::blueCrossOverThePick()
@@ -195,7 +193,7 @@ void LightCurveTest::blueCrossOverThePick()
     rec.lines.clear();
     MarkPick(rec);
     const PlotScale scale = FullScale();
-    const double x = PlotX(scale, S().OrigHJD(3)), y = PlotY(scale, S().OrigMag(3));
+    const double x = PlotX(rec.transform(), scale, S().OrigHJD(3)), y = PlotY(rec.transform(), scale, S().OrigMag(3));
     QCOMPARE(rec.lines.size(), 2);
     for (const auto& l : rec.lines)
         QVERIFY(l.colour == colours::blue);

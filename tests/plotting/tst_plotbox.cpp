@@ -79,31 +79,41 @@ void PlotBoxTest::gridStep()
 
 void PlotBoxTest::transformAndInverse()
 {
-    SetPlotBox(500, 8500, 242, 4242);
+    PlotTransform box;
+    box.setBox(500, 8500, 242, 4242);
     const PlotScale scale{0.4, 0.2, 11.0, 1.0};
-    QCOMPARE(PlotX(scale, 0.4), 500.0);
-    QCOMPARE(PlotX(scale, 0.6), 8500.0);
-    QCOMPARE(PlotY(scale, 11.0), 242.0);
-    QCOMPARE(PlotY(scale, 12.0), 4242.0); // fainter is lower
-    DIP_COMPARE_REL(PlotTimeAt(scale, PlotX(scale, 0.4567)), 0.4567, 1e-14);
-    DIP_COMPARE_REL(PlotMagAt(scale, PlotY(scale, 11.37)), 11.37, 1e-14);
+    QCOMPARE(PlotX(box, scale, 0.4), 500.0);
+    QCOMPARE(PlotX(box, scale, 0.6), 8500.0);
+    QCOMPARE(PlotY(box, scale, 11.0), 242.0);
+    QCOMPARE(PlotY(box, scale, 12.0), 4242.0); // fainter is lower
+    DIP_COMPARE_REL(PlotTimeAt(box, scale, PlotX(box, scale, 0.4567)), 0.4567, 1e-14);
+    DIP_COMPARE_REL(PlotMagAt(box, scale, PlotY(box, scale, 11.37)), 11.37, 1e-14);
 }
 
 void PlotBoxTest::standardBox()
 {
-    SetStandardPlotBox(9600.4, 7200.6);
-    QCOMPARE(S().PlotLeft, 500.0);
-    QCOMPARE(S().PlotRight, 9600.0 - 415);
-    QCOMPARE(S().PlotTop, 242.0);
-    QCOMPARE(S().PlotBottom, 7201.0 - 1850);
-    QCOMPARE(S().PlotWidth, 9600.0 - 415 - 500);
-    QCOMPARE(S().PlotHeight, 7201.0 - 1850 - 242);
+    FormMemory form;
+    SetStandardPlotBox(form, 9600.4, 7200.6);
+    const PlotTransform& box = form.transform();
+    QCOMPARE(box.PlotLeft, 500.0);
+    QCOMPARE(box.PlotRight, 9600.0 - 415);
+    QCOMPARE(box.PlotTop, 242.0);
+    QCOMPARE(box.PlotBottom, 7201.0 - 1850);
+    QCOMPARE(box.PlotWidth, 9600.0 - 415 - 500);
+    QCOMPARE(box.PlotHeight, 7201.0 - 1850 - 242);
+    // The shared box describes the window drawn last.
+    QCOMPARE(S().PlotLeft, box.PlotLeft);
+    QCOMPARE(S().PlotRight, box.PlotRight);
+    QCOMPARE(S().PlotTop, box.PlotTop);
+    QCOMPARE(S().PlotBottom, box.PlotBottom);
+    QCOMPARE(S().PlotWidth, box.PlotWidth);
+    QCOMPARE(S().PlotHeight, box.PlotHeight);
 }
 
 void PlotBoxTest::frameClockwise()
 {
-    SetPlotBox(500, 8500, 242, 4242);
     LineRecorder rec;
+    SetPlotBox(rec, 500, 8500, 242, 4242);
     DrawFrame(rec);
     QCOMPARE(rec.lines.size(), 4);
     QVERIFY(rec.lines[0].colour == colours::black);
@@ -121,8 +131,8 @@ void PlotBoxTest::gridLineOnEdgesDrawn()
 {
     // A range of exactly 1.5 from 0 puts grid times 0 and 1.4 inside, and 0 maps onto the
     // left edge exactly; from 0.5 to 2 the right edge is at a grid time too.
-    SetPlotBox(500, 8500, 242, 4242);
     LineRecorder rec;
+    SetPlotBox(rec, 500, 8500, 242, 4242);
     const PlotScale scale{0.0, 2.0, 0.0, 1.0};
     const std::vector<double> drawn = DrawTimeGrid(rec, scale, 2.0, 2.0);
     QVERIFY(!drawn.empty());
@@ -137,8 +147,9 @@ void PlotBoxTest::gridLineOnEdgesDrawn()
 
 void PlotBoxTest::zeroRangeDivides()
 {
-    SetPlotBox(500, 8500, 242, 4242);
-    DIP_EXPECT_RUNTIME_ERROR(PlotX(PlotScale{1.0, 0.0, 0.0, 1.0}, 1.5), 11);
+    PlotTransform box;
+    box.setBox(500, 8500, 242, 4242);
+    DIP_EXPECT_RUNTIME_ERROR(PlotX(box, PlotScale{1.0, 0.0, 0.0, 1.0}, 1.5), 11);
 }
 
 void PlotBoxTest::axisNumber_data()
@@ -250,8 +261,8 @@ void PlotBoxTest::magnitudeSteps()
 
 void PlotBoxTest::axesFrameFirstThenGrid()
 {
-    SetPlotBox(500, 8500, 242, 4242);
     LineRecorder rec;
+    SetPlotBox(rec, 500, 8500, 242, 4242);
     DrawAxes(rec, PlotScale{0.0, 2.0, 11.0, 1.0}, 2.0, 2.0);
     QVERIFY(rec.lines.size() > 4);
     for (int i = 0; i < 4; ++i)
@@ -285,10 +296,10 @@ void PlotBoxTest::axesTextsBesideThePlot()
     QFETCH(double, height);
     LineRecorder rec;
     rec.setFormSize(width, height);
-    SetStandardPlotBox(width, height);
+    SetStandardPlotBox(rec, width, height);
     const PlotScale scale{t0, tr, m0, mr};
     DrawAxes(rec, scale, tr, t0 + tr);
-    const Session& s = S();
+    const PlotTransform& s = rec.transform();
 
     QStringList names;
     int timeNumbers = 0, magNumbers = 0;
@@ -308,14 +319,14 @@ void PlotBoxTest::axesTextsBesideThePlot()
             // A magnitude: in the left margin, centred on its tick unless pushed inside the form.
             ++magNumbers;
             QVERIFY(t.right <= s.PlotLeft);
-            const double y = PlotY(scale, value);
+            const double y = PlotY(s, scale, value);
             QVERIFY(std::abs((t.top + t.bottom) / 2 - y) < 1 || t.top == 0 || t.bottom == s.PlotBottom);
             QVERIFY(std::abs(std::remainder(value, double(mg.step))) < 0.01 * double(mg.step));
         } else {
             // A time: under the box, centred on its grid line.
             ++timeNumbers;
             QVERIFY(t.top >= s.PlotBottom);
-            const double x = PlotX(scale, value);
+            const double x = PlotX(s, scale, value);
             QVERIFY(std::abs((t.left + t.right) / 2 - x) < 0.01 * double(g.step) / tr * s.PlotWidth + 1 ||
                     t.left == 0 || t.right == width);
         }
@@ -330,8 +341,8 @@ void PlotBoxTest::axesTextsBesideThePlot()
 
 void PlotBoxTest::flatCurveHasNoMagnitudeNumbers()
 {
-    SetPlotBox(500, 8500, 242, 4242);
     LineRecorder rec;
+    SetPlotBox(rec, 500, 8500, 242, 4242);
     DrawAxes(rec, PlotScale{0.0, 2.0, 11.0, 0.0}, 2.0, 2.0);
     for (const auto& t : rec.texts)
         QVERIFY(!t.up);

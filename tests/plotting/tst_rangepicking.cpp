@@ -31,19 +31,32 @@ std::vector<std::pair<double, double>> vCurve()
 
 double pointTime(int i) { return 10 + 0.125 * i; }
 
+// The plot box of the method window the clicks fall on.
+PlotTransform& theBox()
+{
+    static PlotTransform box;
+    return box;
+}
+
 void loadCurve(const std::vector<std::pair<double, double>>& points)
 {
     QVERIFY(test::loadText(test::csv(points)));
-    SetStandardPlotBox(9000, 6000); // a method window's box: 500, 8585, 242, 4150
+    FormMemory window;
+    SetStandardPlotBox(window, 9000, 6000); // a method window's box: 500, 8585, 242, 4150
+    theBox() = window.transform();
 }
+
+// A form drawn with that box.
+void giveBox(Canvas& form) { form.transform() = theBox(); }
 
 double xAt(double t)
 {
     const Session& s = S();
-    return s.PlotLeft + s.PlotWidth * (t - s.HJDMin) / s.HJDRange;
+    const PlotTransform& b = theBox();
+    return b.PlotLeft + b.PlotWidth * (t - s.HJDMin) / s.HJDRange;
 }
 
-double yMid() { return (S().PlotTop + S().PlotBottom) / 2; }
+double yMid() { return (theBox().PlotTop + theBox().PlotBottom) / 2; }
 
 const RangePickStyle& styleNamed(const QString& name)
 {
@@ -102,6 +115,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, style);
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pickNamed(style), form, styleNamed(style));
         picker.formLoad();
         QTEST(form.caption(), "load");
@@ -144,6 +158,7 @@ private Q_SLOTS:
         pick.RightMarkX = 5678;
         const RangePick before = pick;
         CanvasRecorder form;
+        giveBox(form);
         form.setCaption(QStringLiteral("unchanged"));
         RangePicker(pick, form, parabolaRangeStyle()).mouseDown(Click::atTwips(x, y, rt::Integer(button)));
         QVERIFY(samePick(pick, before));
@@ -164,6 +179,7 @@ private Q_SLOTS:
         QFETCH(double, x);
         QFETCH(double, y);
         CanvasRecorder form;
+        giveBox(form);
         RangePicker(S().ParabolaPick, form, parabolaRangeStyle()).mouseDown(Click::atTwips(x, y, 2));
         QCOMPARE(S().ParabolaPick.LeftSet, rt::True);
         QCOMPARE(S().ParabolaPick.LeftIdx, rt::Integer(x == 500 ? 1 : 4));
@@ -172,6 +188,7 @@ private Q_SLOTS:
     void rightEdgePicksRightEnd()
     {
         CanvasRecorder form;
+        giveBox(form);
         RangePicker(S().ParabolaPick, form, parabolaRangeStyle()).mouseDown(Click::atTwips(8585, 2000, 2));
         QCOMPARE(S().ParabolaPick.RightSet, rt::True);
         QCOMPARE(S().ParabolaPick.RightIdx, rt::Integer(11));
@@ -188,6 +205,7 @@ private Q_SLOTS:
         pick.RightSet = rt::True;
         pick.RangeSet = rt::False;
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pick, form, styleNamed(style));
         picker.mouseDown(Click::atTwips(xAt(10.4), yMid(), 1));
         QCOMPARE(pick.RangeSet, rt::True);
@@ -209,19 +227,20 @@ private Q_SLOTS:
         loadCurve({{1.0, 13.0}, {1.1, 12.5}, {1.2, 12.0}, {1.3, 11.5}, {1.4, 11.0}});
         RangePick& pick = pickNamed(style);
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pick, form, styleNamed(style));
-        picker.mouseDown(Click::atTime(0.999));
+        picker.mouseDown(Click::atTime(theBox(), 0.999));
         QCOMPARE(pick.LeftIdx, rt::Integer(1));
-        picker.mouseDown(Click::atTime(1.0));
+        picker.mouseDown(Click::atTime(theBox(), 1.0));
         QCOMPARE(pick.RightSet, rt::True);
         QCOMPARE(pick.RangeSet, rt::True);
         QCOMPARE(pick.RightIdx, rt::Integer(0));
         QVERIFY(!picker.ready());
 
         // An index set before stays as it was.
-        picker.mouseDown(Click::atTime(1.25));
+        picker.mouseDown(Click::atTime(theBox(), 1.25));
         QCOMPARE(pick.RightIdx, rt::Integer(3));
-        picker.mouseDown(Click::atTime(1.0));
+        picker.mouseDown(Click::atTime(theBox(), 1.0));
         QCOMPARE(pick.RightIdx, rt::Integer(3));
         QVERIFY(picker.ready());
     }
@@ -232,6 +251,7 @@ private Q_SLOTS:
         QFETCH(QString, style);
         RangePick& pick = pickNamed(style);
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pick, form, styleNamed(style));
         // The mouse positions arrive in single precision, and the markers are drawn there.
         const double x1 = rt::Single(xAt(11.1)), x2 = rt::Single(xAt(11.3));
@@ -250,8 +270,8 @@ private Q_SLOTS:
         QCOMPARE(lines[3].x1, x2);
         QVERIFY(lines[3].colour == colours::purple);
         for (const auto& c : form.calls) {
-            QCOMPARE(c.y1, S().PlotTop);
-            QCOMPARE(c.y2, S().PlotBottom);
+            QCOMPARE(c.y1, theBox().PlotTop);
+            QCOMPARE(c.y2, theBox().PlotBottom);
         }
         QCOMPARE(pick.RightMarkX, x2);
         QCOMPARE(pick.RightIdx, rt::Integer(10)); // 11.25 is the last point before 11.3
@@ -262,10 +282,11 @@ private Q_SLOTS:
     void rightEndMayComeFirst()
     {
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(S().ParabolaPick, form, parabolaRangeStyle());
-        picker.mouseDown(Click::atTime(11.1));
+        picker.mouseDown(Click::atTime(theBox(), 11.1));
         QCOMPARE(S().ParabolaPick.RangeSet, rt::False);
-        picker.mouseDown(Click::atTime(10.4));
+        picker.mouseDown(Click::atTime(theBox(), 10.4));
         QCOMPARE(S().ParabolaPick.RangeSet, rt::True);
         QCOMPARE(form.caption(), parabolaRangeStyle().leftPickedPrompt);
         QVERIFY(picker.ready());
@@ -274,14 +295,15 @@ private Q_SLOTS:
     void clickAtReferenceTimeIsARightEnd()
     {
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(S().ParabolaPick, form, parabolaRangeStyle());
         const double ref = S().OrigHJD(S().FullIdxMagMax);
         QCOMPARE(ref, pointTime(6));
-        picker.mouseDown(Click::atTime(ref));
+        picker.mouseDown(Click::atTime(theBox(), ref));
         QCOMPARE(S().ParabolaPick.RightSet, rt::True);
         QCOMPARE(S().ParabolaPick.LeftSet, rt::False);
         QCOMPARE(S().ParabolaPick.RightIdx, rt::Integer(5));
-        picker.mouseDown(Click::atTime(std::nextafter(ref, 0.0)));
+        picker.mouseDown(Click::atTime(theBox(), std::nextafter(ref, 0.0)));
         QCOMPARE(S().ParabolaPick.LeftSet, rt::True);
         QCOMPARE(S().ParabolaPick.LeftIdx, rt::Integer(6));
     }
@@ -296,8 +318,9 @@ private Q_SLOTS:
         QCOMPARE(s.HJD(s.IdxMagMax), pointTime(5));
         QCOMPARE(s.FullIdxMagMax, rt::Integer(6));
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(s.ParabolaPick, form, parabolaRangeStyle());
-        picker.mouseDown(Click::atTime(10.7));
+        picker.mouseDown(Click::atTime(theBox(), 10.7));
         QCOMPARE(s.ParabolaPick.LeftSet, rt::True);
         QCOMPARE(s.ParabolaPick.RightSet, rt::False);
         // Used index 6 is now the old point 7.
@@ -312,8 +335,9 @@ private Q_SLOTS:
         // Inverted, the "deepest" point is the brightest: the first of the equal ends, point 1.
         QCOMPARE(s.FullIdxMagMax, rt::Integer(1));
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(s.ParabolaPick, form, parabolaRangeStyle());
-        picker.mouseDown(Click::atTime(10.4));
+        picker.mouseDown(Click::atTime(theBox(), 10.4));
         QCOMPARE(s.ParabolaPick.RightSet, rt::True);
         QCOMPARE(s.ParabolaPick.LeftSet, rt::False);
     }
@@ -335,9 +359,10 @@ private Q_SLOTS:
         QFETCH(QString, style);
         RangePick& pick = pickNamed(style);
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pick, form, styleNamed(style));
-        picker.mouseDown(Click::atTime(pointTime(3)));
-        picker.mouseDown(Click::atTime(pointTime(9)));
+        picker.mouseDown(Click::atTime(theBox(), pointTime(3)));
+        picker.mouseDown(Click::atTime(theBox(), pointTime(9)));
         QCOMPARE(pick.LeftIdx, rt::Integer(4));
         QCOMPARE(pick.RightIdx, rt::Integer(8));
         QTEST(form.controlText(QStringLiteral("Label8")), "leftLabel");
@@ -361,9 +386,10 @@ private Q_SLOTS:
             points.emplace_back(i, 10 - std::abs(i - 4) * 0.1);
         loadCurve(points);
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pickNamed(style), form, styleNamed(style));
-        picker.mouseDown(Click::atTime(2.5));
-        picker.mouseDown(Click::atTime(12.5));
+        picker.mouseDown(Click::atTime(theBox(), 2.5));
+        picker.mouseDown(Click::atTime(theBox(), 12.5));
         QCOMPARE(form.controlText(QStringLiteral("Label8")), QStringLiteral(" 3"));
         QTEST(form.controlText(QStringLiteral("Label10")), "rightLabel");
     }
@@ -371,11 +397,12 @@ private Q_SLOTS:
     void rememberedTimes()
     {
         CanvasRecorder form;
+        giveBox(form);
         RangePicker parabola(S().ParabolaPick, form, parabolaRangeStyle());
         RangePicker kwee(S().KweePick, form, kweeRangeStyle());
         for (RangePicker* p : {&parabola, &kwee}) {
-            p->mouseDown(Click::atTime(10.3));
-            p->mouseDown(Click::atTime(11.1));
+            p->mouseDown(Click::atTime(theBox(), 10.3));
+            p->mouseDown(Click::atTime(theBox(), 11.1));
         }
         // frmPlott1 remembers the click, frmPlott4 the first point inside the range.
         QCOMPARE(S().ParabolaPick.LeftHJD, 10.3);
@@ -394,10 +421,11 @@ private Q_SLOTS:
         SetPickedDeleted(true);
         QCOMPARE(s.NumPts, rt::Integer(4));
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(s.KweePick, form, kweeRangeStyle());
-        picker.mouseDown(Click::atTime(1.15));
+        picker.mouseDown(Click::atTime(theBox(), 1.15));
         QCOMPARE(s.KweePick.LeftIdx, rt::Integer(3));
-        picker.mouseDown(Click::atTime(1.301));
+        picker.mouseDown(Click::atTime(theBox(), 1.301));
         QCOMPARE(s.KweePick.LeftIdx, rt::Integer(3));
         QCOMPARE(s.KweePick.LeftSet, rt::True);
         // HJD(5) still holds the deleted point's time: entries above NumPts keep old values.
@@ -407,9 +435,10 @@ private Q_SLOTS:
     void markerRedrawFollowsTheScale()
     {
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(S().ParabolaPick, form, parabolaRangeStyle());
-        picker.mouseDown(Click::atTime(10.3));
-        picker.mouseDown(Click::atTime(11.1));
+        picker.mouseDown(Click::atTime(theBox(), 10.3));
+        picker.mouseDown(Click::atTime(theBox(), 11.1));
         // Deleting the first point moves HJDMin, so the same times map elsewhere.
         S().PickIdx = 1;
         SetPickedDeleted(true);
@@ -429,6 +458,7 @@ private Q_SLOTS:
     void kweeReopeningShowsTheLeftMarkerAtTheFirstPointInside()
     {
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(S().KweePick, form, kweeRangeStyle());
         const Click click = Click::atTwips(xAt(10.3), yMid(), 2);
         picker.mouseDown(click);
@@ -446,6 +476,7 @@ private Q_SLOTS:
         pick.RightMarkX = 7777;
         pick.LeftHJD = 10.5;
         CanvasRecorder form;
+        giveBox(form);
         RangePicker(pick, form, kweeRangeStyle()).drawStoredMarkers();
         const auto lines = form.verticalLines();
         QCOMPARE(lines.size(), qsizetype(2));
@@ -458,9 +489,10 @@ private Q_SLOTS:
     {
         RangePick& pick = S().ParabolaPick;
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pick, form, parabolaRangeStyle());
-        picker.mouseDown(Click::atTime(10.3));
-        picker.mouseDown(Click::atTime(11.1));
+        picker.mouseDown(Click::atTime(theBox(), 10.3));
+        picker.mouseDown(Click::atTime(theBox(), 11.1));
         pick.Fitted = rt::True;
         const RangePick before = pick;
         picker.undo();
@@ -475,7 +507,7 @@ private Q_SLOTS:
         QCOMPARE(form.controlText(QStringLiteral("Label8")), QString());
         QCOMPARE(form.controlText(QStringLiteral("Label10")), QString());
         // One new pick is not a range.
-        picker.mouseDown(Click::atTime(10.4));
+        picker.mouseDown(Click::atTime(theBox(), 10.4));
         QCOMPARE(pick.RangeSet, rt::False);
     }
 
@@ -483,9 +515,10 @@ private Q_SLOTS:
     {
         RangePick& pick = S().KweePick;
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pick, form, kweeRangeStyle());
-        picker.mouseDown(Click::atTime(10.3));
-        picker.mouseDown(Click::atTime(11.1));
+        picker.mouseDown(Click::atTime(theBox(), 10.3));
+        picker.mouseDown(Click::atTime(theBox(), 11.1));
         pick.Fitted = rt::True;
         picker.undo();
         QCOMPARE(pick.LeftSet, rt::True);
@@ -494,7 +527,7 @@ private Q_SLOTS:
         QCOMPARE(pick.Fitted, rt::False);
         QCOMPARE(form.controlText(QStringLiteral("Label8")), QString());
         // A single new pick on either side completes the range again.
-        picker.mouseDown(Click::atTime(11.2));
+        picker.mouseDown(Click::atTime(theBox(), 11.2));
         QCOMPARE(pick.RangeSet, rt::True);
         QVERIFY(picker.ready());
     }
@@ -505,6 +538,7 @@ private Q_SLOTS:
         QFETCH(QString, style);
         RangePick& pick = pickNamed(style);
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pick, form, styleNamed(style));
         picker.mouseDown(Click::atTwips(xAt(10.3), yMid(), 2));
         const double oldX = pick.LeftMarkX;
@@ -526,6 +560,7 @@ private Q_SLOTS:
         pick.RightIdx = 9;
         pick.LeftSet = pick.RightSet = pick.RangeSet = pick.Fitted = rt::True;
         CanvasRecorder form;
+        giveBox(form);
         RangePicker(pick, form, styleNamed(style)).formLoad();
         const bool kwee = style == QLatin1String("kwee");
         // frmPlott4's load clears the end flags and RangeSet; frmPlott1's leaves the record.
@@ -540,10 +575,11 @@ private Q_SLOTS:
     void loadingAFileClearsOnlyTheFlags()
     {
         CanvasRecorder form;
+        giveBox(form);
         for (RangePick* pick : {&S().ParabolaPick, &S().KweePick}) {
             RangePicker picker(*pick, form, pick == &S().ParabolaPick ? parabolaRangeStyle() : kweeRangeStyle());
-            picker.mouseDown(Click::atTime(10.3));
-            picker.mouseDown(Click::atTime(11.1));
+            picker.mouseDown(Click::atTime(theBox(), 10.3));
+            picker.mouseDown(Click::atTime(theBox(), 11.1));
             pick->Fitted = rt::True;
         }
         const RangePick parabola = S().ParabolaPick;
@@ -566,6 +602,7 @@ private Q_SLOTS:
     {
         RangePick& pick = S().ParabolaPick;
         CanvasRecorder form;
+        giveBox(form);
         RangePicker picker(pick, form, parabolaRangeStyle());
         pick.RangeSet = rt::True;
         pick.LeftIdx = 5;
@@ -598,34 +635,36 @@ private Q_SLOTS:
         QFETCH(double, x);
         QFETCH(double, y);
         QFETCH(MousePointer, expected);
-        QCOMPARE(pointerAt(x, y), expected);
-        QCOMPARE(int(pointerAt(4000, 2000)), 2);
-        QCOMPARE(int(pointerAt(0, 0)), 1);
+        QCOMPARE(pointerAt(theBox(), x, y), expected);
+        QCOMPARE(int(pointerAt(theBox(), 4000, 2000)), 2);
+        QCOMPARE(int(pointerAt(theBox(), 0, 0)), 1);
     }
 
     void clickTimeForms()
     {
         const Session& s = S();
+        const PlotTransform& b = theBox();
         const double x = 3001;
         const Click click = Click::atTwips(x, 2000, 2);
-        QCOMPARE(clickTime(click), s.HJDMin + s.HJDRange * ((x - s.PlotLeft) / s.PlotWidth));
-        QCOMPARE(clickTime(click, ClickTimeForm::LeftToRight), s.HJDMin + s.HJDRange * (x - s.PlotLeft) / s.PlotWidth);
-        DIP_COMPARE_REL(clickTime(click), clickTime(click, ClickTimeForm::LeftToRight), 1e-14);
+        QCOMPARE(clickTime(b, click), s.HJDMin + s.HJDRange * ((x - b.PlotLeft) / b.PlotWidth));
+        QCOMPARE(clickTime(b, click, ClickTimeForm::LeftToRight),
+                 s.HJDMin + s.HJDRange * (x - b.PlotLeft) / b.PlotWidth);
+        DIP_COMPARE_REL(clickTime(theBox(), click), clickTime(theBox(), click, ClickTimeForm::LeftToRight), 1e-14);
     }
 
     void replayedClicks()
     {
         const Session& s = S();
-        const Click c = Click::atTime(10.6);
+        const Click c = Click::atTime(theBox(), 10.6);
         QVERIFY(c.exactTime);
         QCOMPARE(c.Button, rt::Integer(2));
-        QCOMPARE(clickTime(c), 10.6);
-        QCOMPARE(clickTime(c, ClickTimeForm::LeftToRight), 10.6);
-        DIP_COMPARE_REL((c.X - s.PlotLeft) / s.PlotWidth, (10.6 - s.HJDMin) / s.HJDRange, 1e-14);
-        QVERIFY(clickInsideBox(Click::atTime(s.HJDMin)));
-        QVERIFY(clickInsideBox(Click::atTime(s.HJDMin + s.HJDRange)));
-        QVERIFY(!clickInsideBox(Click::atTime(std::nextafter(s.HJDMin, 0.0))));
-        QVERIFY(!clickInsideBox(Click::atTime(s.HJDMin + s.HJDRange + 1e-9)));
+        QCOMPARE(clickTime(theBox(), c), 10.6);
+        QCOMPARE(clickTime(theBox(), c, ClickTimeForm::LeftToRight), 10.6);
+        DIP_COMPARE_REL((c.X - theBox().PlotLeft) / theBox().PlotWidth, (10.6 - s.HJDMin) / s.HJDRange, 1e-14);
+        QVERIFY(clickInsideBox(theBox(), Click::atTime(theBox(), s.HJDMin)));
+        QVERIFY(clickInsideBox(theBox(), Click::atTime(theBox(), s.HJDMin + s.HJDRange)));
+        QVERIFY(!clickInsideBox(theBox(), Click::atTime(theBox(), std::nextafter(s.HJDMin, 0.0))));
+        QVERIFY(!clickInsideBox(theBox(), Click::atTime(theBox(), s.HJDMin + s.HJDRange + 1e-9)));
     }
 
     void searches()

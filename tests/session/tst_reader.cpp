@@ -38,6 +38,11 @@ private Q_SLOTS:
     void missingFileAndFolder();
     void fewerThanTwoLines();
     void pathJoinedWithSeparator();
+    void readCsvIsAValue_data();
+    void readCsvIsAValue();
+    void readCsvWithoutLimit();
+    void installingMoreThanThousandRowsFails();
+    void installedValueLoadsAsTheReaderDoes();
 };
 
 void ReaderTest::headerLineSkipped()
@@ -301,6 +306,107 @@ void ReaderTest::pathJoinedWithSeparator()
 {
     QVERIFY(test::loadText("0.1,10\n0.2,12\n", QStringLiteral("p.csv")));
     QCOMPARE(S().DataPath, S().DataDir + QDir::separator() + QStringLiteral("p.csv"));
+}
+
+void ReaderTest::readCsvIsAValue_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("commas");
+    QTest::addColumn<bool>("skipped");
+    QTest::addColumn<int>("rowCount");
+    QTest::addColumn<double>("firstTime");
+    QTest::newRow("header") << QByteArray("HJD,Mag\n0.5,12.3\n0.6,12.4\n") << 1 << true << 2 << 0.5;
+    QTest::newRow("first line shaped unlike the second")
+        << QByteArray("0.4,1,2\n0.5,12.3\n0.6,12.4\n") << 1 << true << 2 << 0.5;
+    QTest::newRow("no header") << QByteArray("0.4,12.2\n0.5,12.3\n") << 1 << false << 2 << 0.4;
+    QTest::newRow("three columns") << QByteArray("0.4,12.2,0.01\n0.5,12.3,0.01\n") << 2 << false << 2 << 0.4;
+    QTest::newRow("six commas") << QByteArray("1,2,3,4,5,6,7\n1,2,3,4,5,6,7\n") << 6 << false << -1 << 0.0;
+    QTest::newRow("no comma on line 2") << QByteArray("0.4,12.2\n0.5 12.3\n") << 0 << false << 0 << 0.0;
+}
+
+void ReaderTest::readCsvIsAValue()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(int, commas);
+    QFETCH(bool, skipped);
+    QFETCH(int, rowCount);
+    QFETCH(double, firstTime);
+    test::freshSession();
+    const int before = S().NumOrig;
+    test::DataFolder folder;
+    const QString path = folder.write(QStringLiteral("curve.csv"), text);
+    const LightCurve lc = readCsv(path);
+    QCOMPARE(lc.commas, commas);
+    QCOMPARE(lc.firstLineSkipped, skipped);
+    QCOMPARE(lc.rowCount, rowCount);
+    QCOMPARE(int(lc.times.size()), std::max(rowCount, 0));
+    QCOMPARE(lc.times.size(), lc.mags.size());
+    QCOMPARE(lc.source, path);
+    if (rowCount > 0)
+        QCOMPARE(lc.times.front(), firstTime);
+    // Reading changes nothing of the session.
+    QCOMPARE(int(S().NumOrig), before);
+}
+
+void ReaderTest::readCsvWithoutLimit()
+{
+    test::DataFolder folder;
+    const QString path = folder.write(QStringLiteral("long.csv"), rows(1500));
+    DIP_EXPECT_RUNTIME_ERROR(readCsv(path), 9);
+    DIP_EXPECT_RUNTIME_ERROR(readCsv(path, 1499), 9);
+    const LightCurve lc = readCsv(path, -1);
+    QCOMPARE(lc.rowCount, 1500);
+    QCOMPARE(lc.times.back(), 1.5);
+    QCOMPARE(readCsv(path, 1500).rowCount, 1500);
+}
+
+void ReaderTest::installingMoreThanThousandRowsFails()
+{
+    test::freshSession();
+    LightCurve lc;
+    for (int i = 1; i <= 1001; ++i) {
+        lc.times.push_back(0.001 * i);
+        lc.mags.push_back(11.0);
+    }
+    lc.commas = 1;
+    lc.rowCount = 1001;
+    DIP_EXPECT_RUNTIME_ERROR(InstallLightCurve(lc), 9);
+    lc.times.pop_back();
+    lc.mags.pop_back();
+    lc.rowCount = 1000;
+    InstallLightCurve(lc);
+    QCOMPARE(int(S().NumOrig), 1000);
+}
+
+void ReaderTest::installedValueLoadsAsTheReaderDoes()
+{
+    // Reading the file as a value and installing it gives the session that loading gives.
+    const QByteArray text = "HJD,Mag\n0.5,12.3\n0.6,12.9\n0.7,12.4\n";
+    QVERIFY(test::loadText(text));
+    const Session loaded = S();
+    const QString title = mainForm().title();
+
+    test::freshSession();
+    test::DataFolder folder;
+    S().DataName = QStringLiteral("curve.csv");
+    InstallLightCurve(readCsv(folder.write(QStringLiteral("curve.csv"), text)));
+    const Session& s = S();
+    QCOMPARE(mainForm().title(), title);
+    QCOMPARE(s.NumOrig, loaded.NumOrig);
+    QCOMPARE(s.NumPts, loaded.NumPts);
+    QCOMPARE(s.MagSign, loaded.MagSign);
+    QCOMPARE(s.IdxMagMax, loaded.IdxMagMax);
+    QCOMPARE(s.FoldHJD, loaded.FoldHJD);
+    QCOMPARE(s.HJDMin, loaded.HJDMin);
+    QCOMPARE(s.MagRange, loaded.MagRange);
+    for (int i = 1; i <= 3; ++i) {
+        QCOMPARE(s.HJD(i), loaded.HJD(i));
+        QCOMPARE(s.Mag(i), loaded.Mag(i));
+        QCOMPARE(s.ReadMag(i), loaded.ReadMag(i));
+    }
+    // The Fourier start values come from the still inverted magnitudes, as loading gives them.
+    for (int k = 1; k <= 8; ++k)
+        QCOMPARE(s.Fourier.FourierPar(k), loaded.Fourier.FourierPar(k));
 }
 
 QTEST_GUILESS_MAIN(ReaderTest)

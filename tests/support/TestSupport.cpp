@@ -69,12 +69,4 @@ bool loadText(const QByteArray& content, const QString& name)
     return OpenDataFile(folder->path(), name);
 }
 
-QByteArray csv(const std::vector<std::pair<double, double>>& points)
-{
-    QByteArray out;
-    for (const auto& [t, m] : points)
-        out += QByteArray::number(t, 'g', 17) + ',' + QByteArray::number(m, 'g', 17) + '\n';
-    return out;
-}
-
 } // namespace dip::test

@@ -4,6 +4,7 @@
 
 #include "runtime/MsgBox.h"
 #include "runtime/RuntimeError.h"
+#include "support/DipCurves.h"
 
 #include <QStringList>
 #include <QTemporaryDir>
@@ -76,8 +77,5 @@ bool loadText(const QByteArray& content, const QString& name = QStringLiteral("c
 
 // Resets the session and runs start-up with an in-memory main window.
 void freshSession();
-
-// A light curve as CSV text: one "t,m" line per point.
-QByteArray csv(const std::vector<std::pair<double, double>>& points);
 
 } // namespace dip::test

@@ -8,8 +8,8 @@
 // Means" and saves the main window as OUTPUT.png.
 
 #include "app/gui/Application.h"
-#include "methods/Replay.h"
 #include "mainwindow/gui/frmMain.h"
+#include "methods/MethodRegistry.h"
 #include "methods/chords/gui/frmPlott3.h"
 #include "methods/fourier/gui/frmPlott5.h"
 #include "methods/kwee/gui/frmPlott4.h"
@@ -58,9 +58,9 @@ void click(QWidget* widget, const QString& name)
 // A right-click on a plot window at time t of its plot, as the user makes it.
 void rightClickAt(dip::PlotWindow& form, double t)
 {
-    const dip::Session& s = dip::S();
-    const double x = dip::PlotX(dip::CurrentScale(), t);
-    const QPointF at = dip::PlotWindow::toPixels(x, (s.PlotTop + s.PlotBottom) / 2);
+    const dip::PlotTransform& box = form.transform();
+    const double x = dip::PlotX(box, dip::CurrentScale(), t);
+    const QPointF at = dip::PlotWindow::toPixels(x, (box.PlotTop + box.PlotBottom) / 2);
     QMouseEvent press(QEvent::MouseButtonPress, at, form.surface()->mapToGlobal(at), Qt::RightButton, Qt::RightButton,
                       Qt::NoModifier);
     QApplication::sendEvent(form.surface(), &press);
@@ -154,12 +154,18 @@ int main(int argc, char* argv[])
         window.openFromCommandLine(dataFile);
         if (!windowsFolder.isEmpty())
             windowPictures(window, windowsFolder);
-        dip::ReplayParabola(parabolaClicks);
-        dip::ReplayTracingPaper(QString::fromLatin1(tracingFold));
-        dip::ReplayChords(chordClicks);
-        dip::ReplayKwee(kweeClicks, QString::fromLatin1(kweeStepp), QString::fromLatin1(kweeFrac));
-        dip::ReplayFourier(fourierClicks, fourierStart);
-        dip::ReplaySliding();
+        dip::ReplayRequest parabola, tracing, chords, kwee, fourier, sliding;
+        parabola.clicks = parabolaClicks;
+        tracing.text = QString::fromLatin1(tracingFold);
+        chords.clicks = chordClicks;
+        kwee.clicks = kweeClicks;
+        kwee.stepp = QString::fromLatin1(kweeStepp);
+        kwee.frac = QString::fromLatin1(kweeFrac);
+        fourier.clicks = fourierClicks;
+        fourier.fourierStart = fourierStart;
+        int row = 0;
+        for (const dip::ReplayRequest* request : {&parabola, &tracing, &chords, &kwee, &fourier, &sliding})
+            dip::ReplayMethod(++row, *request);
         window.findChild<QPushButton*>(QStringLiteral("Command8"))->click();
     } catch (const rt::RuntimeError& error) {
         std::fprintf(stderr, "%s\n", qPrintable(rt::reportText(error).replace(QLatin1Char('\n'), QLatin1Char(' '))));

@@ -10,11 +10,12 @@
 #include "mainwindow/gui/TwipsLayout.h"
 #include "mainwindow/gui/frmOpen.h"
 #include "mainwindow/gui/frmSaveAs.h"
-#include "methods/gui/MethodEntries.h"
+#include "methods/MethodRegistry.h"
+#include "methods/gui/MethodStarts.h"
 #include "plotting/gui/PlotDataEntry.h"
 #include "plotting/gui/PlotWindow.h"
 #include "runtime/RuntimeError.h"
-#include "session/Procedures.h"
+#include "session/Points.h"
 #include "session/Session.h"
 
 #include <QButtonGroup>
@@ -47,8 +48,6 @@ constexpr int useLeft = 6660; // "Use in Mean?" column
 constexpr int useWidth = 1320;
 constexpr int boxHeight = 330;
 
-const char* const methodTitles[] = {"1. Parabolic Fit",        "2. Tracing Paper", "3. Bisectors of Chords",
-                                    "4. Kwee and van Woerden", "5. Fourier Fit",   "6. Sliding Integrations"};
 const char* const meanTitles[] = {"Simple Mean", "Weighted Mean", "Std. Error of  Weighted Mean",
                                   "Std. Deviation of Means"};
 const char* const meanLabelNames[] = {"Label10", "Label11", "Label12", "Label14"};
@@ -160,14 +159,14 @@ void frmMain::buildControls()
     for (int k = 1; k <= 6; ++k) {
         const int top = rowTop + (k - 1) * rowStep;
         m_method[k] = button(form, numbered("Command", k), QString(), 240, top, 420, boxHeight);
-        m_method[k]->setAccessibleName(QLatin1String(methodTitles[k - 1]));
+        m_method[k]->setAccessibleName(QLatin1String(MethodOfRow(k).title));
         connect(m_method[k], &QPushButton::clicked, this, [this, k] { CommandMethod_Click(k); });
-        label(form, numbered("Label", k + 1), QLatin1String(methodTitles[k - 1]), titleLeft, top, titleWidth,
+        label(form, numbered("Label", k + 1), QLatin1String(MethodOfRow(k).title), titleLeft, top, titleWidth,
               boxHeight);
         m_text[k] = textBox(form, k, timeLeft, top, timeWidth);
         m_text[k + 6] = textBox(form, k + 6, errorLeft, top, errorWidth);
         m_check[k] = named(new QCheckBox(form), numbered("Check", k));
-        m_check[k]->setAccessibleName(QStringLiteral("Use in Mean? ") + QLatin1String(methodTitles[k - 1]));
+        m_check[k]->setAccessibleName(QStringLiteral("Use in Mean? ") + QLatin1String(MethodOfRow(k).title));
         placeTwips(m_check[k], useLeft + useWidth / 2 - 135, top + 15, 300, 300);
     }
 
@@ -278,23 +277,8 @@ void frmMain::Option1_Click(int index) { ApplyMagSense(rt::Integer(index)); }
 
 void frmMain::CommandMethod_Click(int method)
 {
-    Session& s = S();
-    if (s.DataName.isEmpty())
-        return;
-    // The range-picking methods start on all used points; the tracing paper and the sliding
-    // integrations keep the range as it is.
-    if (method == 1 || method == 3 || method == 4 || method == 5) {
-        s.RangeFirst = 1;
-        s.RangeLast = s.NumPts;
-    }
-    switch (method) {
-    case 1: StartParabola(); break;
-    case 2: StartTracingPaper(); break;
-    case 3: StartChords(); break;
-    case 4: StartKwee(); break;
-    case 5: StartFourier(); break;
-    case 6: StartSliding(); break;
-    }
+    // Nothing without a file; the range-picking methods start on all used points.
+    PressMethodButton(method);
 }
 
 void frmMain::Command7_Click()

@@ -4,7 +4,7 @@
 
 #include "runtime/Text.h"
 #include "session/MainForm.h"
-#include "session/Procedures.h"
+#include "session/Results.h"
 #include "session/Session.h"
 
 #include <utility>
@@ -74,16 +74,16 @@ void ChordsRedrawOverlays(FormPort& form)
     if (p.RangeSet == 0)
         return;
     for (const double t : {p.HJD1, p.HJD2, p.HJD3, p.HJD4})
-        drawMarker(form, markerX(t));
+        drawMarker(form, markerX(form.transform(), t));
 }
 
 void ChordsMouseDown(FormPort& form, const Click& click)
 {
-    if (!clickInsideBox(click) || click.Button != RightButton)
+    if (!clickInsideBox(form.transform(), click) || click.Button != RightButton)
         return;
     Session& s = S();
     ChordPick& p = s.Chords;
-    const double t = clickTime(click, ClickTimeForm::LeftToRight);
+    const double t = clickTime(form.transform(), click, ClickTimeForm::LeftToRight);
     if (t < s.OrigHJD(s.IdxMagMax)) {
         pickOnSide(form,
                    Side{p.LeftStage, p.Idx1, p.Idx2, p.HJD1, p.HJD2, "Label8", "Label10",
@@ -107,7 +107,7 @@ std::optional<ChordsResult> ChordsBisectClick(FormPort& form)
     if (p.RangeSet == 0 || p.Idx1 == 0 || p.Idx2 == 0)
         return std::nullopt;
     for (const double t : {p.HJD1, p.HJD2, p.HJD3, p.HJD4})
-        drawMarker(form, markerX(t));
+        drawMarker(form, markerX(form.transform(), t));
     const ChordsResult r = BisectChords(s.HJD, s.Mag, s.NumPts, p.Idx1, p.Idx2, p.Idx3, p.Idx4);
     p.Fitted = rt::True;
     PublishResult(3, r.time, r.error);
@@ -122,10 +122,7 @@ void ChordsUndoClick(FormPort& form)
     p.RightStage = 0;
     p.RangeSet = rt::False;
     p.Fitted = rt::False;
-    MainForm& main = mainForm();
-    main.setText(3, QString());
-    main.setText(9, QString());
-    main.setChecked(3, false);
+    ClearResult(3, true);
     form.setCaption(startPrompt);
     for (const char* label : {"Label8", "Label10", "Label12", "Label14"})
         form.setControlText(QLatin1String(label), QString());

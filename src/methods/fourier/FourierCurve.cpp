@@ -13,8 +13,9 @@ namespace dip {
 void PlotFourierLightCurve(FormPort& form)
 {
     const Session& s = S();
-    SetPlotBox(FourierPlotLeft, form.formWidth() - FourierRightMargin, FourierPlotTop,
+    SetPlotBox(form, FourierPlotLeft, form.formWidth() - FourierRightMargin, FourierPlotTop,
                form.formHeight() - FourierBottomMargin);
+    form.transform().scale = CurrentScale();
     if (!form.drawsAnything())
         return;
     form.cls();
@@ -44,11 +45,12 @@ void DrawFourierCurve(FormPort& form)
         return;
     const PlotScale scale = CurrentScale();
     form.setForeColor(colours::blue);
-    double x0 = PlotX(scale, f.CurveT(0));
-    double y0 = PlotY(scale, f.CurveM(0));
+    const PlotTransform& box = form.transform();
+    double x0 = PlotX(box, scale, f.CurveT(0));
+    double y0 = PlotY(box, scale, f.CurveM(0));
     for (int i = 1; i <= 100; ++i) {
-        const double x1 = PlotX(scale, f.CurveT(i));
-        const double y1 = PlotY(scale, f.CurveM(i));
+        const double x1 = PlotX(box, scale, f.CurveT(i));
+        const double y1 = PlotY(box, scale, f.CurveM(i));
         for (int d = -10; d <= 10; ++d)
             form.line(x0, y0 + d, x1, y1 + d);
         x0 = x1;
@@ -64,10 +66,11 @@ void RedrawFourierCurve(FormPort& form)
     const PlotScale scale = CurrentScale();
     form.setForeColor(colours::blue);
     // Thin: one stroke per segment, from the points stored by the last DrawFourierCurve.
-    form.line(PlotX(scale, f.CurveT(0)), PlotY(scale, f.CurveM(0)), PlotX(scale, f.CurveT(1)),
-              PlotY(scale, f.CurveM(1)));
+    const PlotTransform& box = form.transform();
+    form.line(PlotX(box, scale, f.CurveT(0)), PlotY(box, scale, f.CurveM(0)), PlotX(box, scale, f.CurveT(1)),
+              PlotY(box, scale, f.CurveM(1)));
     for (int i = 2; i <= 100; ++i)
-        form.lineTo(PlotX(scale, f.CurveT(i)), PlotY(scale, f.CurveM(i)));
+        form.lineTo(PlotX(box, scale, f.CurveT(i)), PlotY(box, scale, f.CurveM(i)));
 }
 
 } // namespace dip

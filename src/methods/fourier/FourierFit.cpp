@@ -7,8 +7,9 @@
 #include "runtime/MsgBox.h"
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
+#include "session/Formatting.h"
 #include "session/MainForm.h"
-#include "session/Procedures.h"
+#include "session/Results.h"
 #include "session/Session.h"
 
 namespace dip {
@@ -52,9 +53,9 @@ void writeBoxes(FormPort& form, rt::Integer width)
 void redrawMarkers(FormPort& form)
 {
     RangePick& r = S().Fourier.Range;
-    r.LeftMarkX = markerX(r.LeftHJD);
+    r.LeftMarkX = markerX(form.transform(), r.LeftHJD);
     drawMarker(form, r.LeftMarkX);
-    r.RightMarkX = markerX(r.RightHJD);
+    r.RightMarkX = markerX(form.transform(), r.RightHJD);
     drawMarker(form, r.RightMarkX);
 }
 
@@ -66,6 +67,41 @@ int solverIndexOfBox(int k)
 }
 
 } // namespace
+
+int RunFourierFit(const Curve& curve, Integer first, Integer last, FourierFitState& f, FourierSolver& solver)
+{
+    f.FitAUndo = f.FitA;
+    const Integer n = rt::i16(last - first + 1);
+    for (int i = 1; i <= n; ++i) {
+        f.FitX(i) = curve.t(first + i - 1);
+        f.FitY(i) = curve.m(first + i - 1);
+    }
+
+    // One start call, then steps until one lowers chi-square by less than ten per cent
+    // (a refused step leaves it unchanged and goes on), at most 501 of them.
+    solver.step(f.FitX, f.FitY, f.FitSig, n, f.FitA, parameterCount, f.Lista, parameterCount, f.Covar, f.Alpha,
+                parameterCount, f.Chisq, f.Alamda);
+    int c = 0;
+    double old = 0;
+    do {
+        ++c;
+        old = f.Chisq;
+        solver.step(f.FitX, f.FitY, f.FitSig, n, f.FitA, parameterCount, f.Lista, parameterCount, f.Covar, f.Alpha,
+                    parameterCount, f.Chisq, f.Alamda);
+    } while (!((f.Chisq < old && f.Chisq > 0.9 * old) || c > 500));
+
+    // The covariance call gets a damping of its own, so Alamda keeps its last value.
+    double finish = 0;
+    solver.step(f.FitX, f.FitY, f.FitSig, n, f.FitA, parameterCount, f.Lista, parameterCount, f.Covar, f.Alpha,
+                parameterCount, f.Chisq, finish);
+    return c;
+}
+
+FourierSolver& fourierWindowSolver()
+{
+    static FourierSolver solver;
+    return solver;
+}
 
 void fourierParToSolver(const rt::Array<double, 0, 8>& par, rt::Array<double, 0, 8>& fitA)
 {
@@ -100,9 +136,6 @@ void showFourierWindow(FourierView& view)
 
 void pressFourierButton(FourierView& view)
 {
-    Session& s = S();
-    s.RangeFirst = 1;
-    s.RangeLast = s.NumPts;
     fourierFormLoad(view.form);
     showFourierWindow(view);
 }
@@ -137,33 +170,7 @@ FourierFitOutcome fitFourier(FourierView& view)
     if (f.ParEntered)
         readBoxes(view.form);
     fourierParToSolver(f.FourierPar, f.FitA);
-    f.FitAUndo = f.FitA;
-
-    const Integer first = f.Range.LeftIdx;
-    const Integer last = f.Range.RightIdx;
-    const Integer n = rt::i16(last - first + 1);
-    for (int i = 1; i <= n; ++i) {
-        f.FitX(i) = s.HJD(first + i - 1);
-        f.FitY(i) = s.Mag(first + i - 1);
-    }
-
-    // One start call, then steps until one lowers chi-square by less than ten per cent
-    // (a refused step leaves it unchanged and goes on), at most 501 of them.
-    MarquardtStep(f.FitX, f.FitY, f.FitSig, n, f.FitA, parameterCount, f.Lista, parameterCount, f.Covar, f.Alpha,
-                  parameterCount, f.Chisq, f.Alamda);
-    int c = 0;
-    double old = 0;
-    do {
-        ++c;
-        old = f.Chisq;
-        MarquardtStep(f.FitX, f.FitY, f.FitSig, n, f.FitA, parameterCount, f.Lista, parameterCount, f.Covar, f.Alpha,
-                      parameterCount, f.Chisq, f.Alamda);
-    } while (!((f.Chisq < old && f.Chisq > 0.9 * old) || c > 500));
-
-    // The covariance call gets a damping of its own, so Alamda keeps its last value.
-    double finish = 0;
-    MarquardtStep(f.FitX, f.FitY, f.FitSig, n, f.FitA, parameterCount, f.Lista, parameterCount, f.Covar, f.Alpha,
-                  parameterCount, f.Chisq, finish);
+    const int c = RunFourierFit(SessionCurve(), f.Range.LeftIdx, f.Range.RightIdx, f, fourierWindowSolver());
 
     f.FourierFitDone = rt::True;
     fourierParFromSolver(f.FitA, f.FourierPar);
@@ -181,6 +188,10 @@ FourierFitOutcome fitFourier(FourierView& view)
 
     view.form.setCaption(fittedPrompt());
     writeBoxes(view.form, 9);
+    QStringList boxes;
+    for (int k = 1; k <= 8; ++k)
+        boxes << view.form.controlText(boxName(k));
+    SetResultExtras(5, boxes);
     f.ParEntered = rt::False;
     return outcome;
 }
@@ -204,8 +215,7 @@ void undoFourier(FourierView& view)
     view.drawPlot();
 
     // The "Use in Mean?" box keeps its state.
-    mainForm().setText(5, QString());
-    mainForm().setText(11, QString());
+    ClearResult(5, false);
 }
 
 void redrawFourierWindow(FourierView& view)

@@ -9,9 +9,12 @@
 // "Text1_8", the index labels "Label10" (left) and "Label8" (right), drawing in twips), so the
 // console tool runs exactly the same code with a FormMemory. The state is S().Fourier.
 
+#include "methods/marquardt/MarquardtSolver.h"
 #include "plotting/FormPort.h"
 #include "plotting/RangePicking.h"
 #include "runtime/Array.h"
+#include "session/Curve.h"
+#include "session/MethodWorkspaces.h"
 
 #include <QString>
 
@@ -43,6 +46,18 @@ QString rightIndexLabel();   // "Label8"
 void fourierParToSolver(const rt::Array<double, 0, 8>& par, rt::Array<double, 0, 8>& fitA);
 void fourierParFromSolver(const rt::Array<double, 0, 8>& fitA, rt::Array<double, 0, 8>& par);
 
+// The fit itself, on any curve: state.FitA holds the start values (solver order) and becomes
+// the fitted ones; FitAUndo keeps the start. Points first..last of the curve become FitX/FitY
+// 1..n; one solver call with state.Alamda (-1 after a load or Undo), then calls until one
+// lowers chi-square by less than ten per cent (a refused step leaves it unchanged and goes on),
+// at most 501 of them, then the covariance call with a damping of its own (Alamda keeps its
+// last value). Returns the number of calls in the loop. The solver's messages go to MsgBox.
+int RunFourierFit(const Curve& curve, rt::Integer first, rt::Integer last, FourierFitState& state,
+                  FourierSolver& solver);
+
+// The solver of the Fourier window, kept from one fit to the next as the window's own.
+FourierSolver& fourierWindowSolver();
+
 // Form_Load: the load prompt in the caption.
 void fourierFormLoad(FormPort& form);
 
@@ -52,9 +67,9 @@ void fourierFormLoad(FormPort& form);
 // curve if a fit has been made.
 void showFourierWindow(FourierView& view);
 
-// The main window's "5. Fourier Fit" button on a window not loaded yet, as the console tool
-// and the benchmark press it: the range becomes all used points (RangeFirst = 1, RangeLast =
-// NumPts), Form_Load, then showFourierWindow.
+// The main window's "5. Fourier Fit" button, after its prelude (MethodButtonPrelude: the
+// range becomes all used points), on a window not loaded yet, as the console tool and the
+// benchmark press it: Form_Load, then showFourierWindow.
 void pressFourierButton(FourierView& view);
 
 // Form_MouseDown: a right-click (button 2) inside the plot box picks an end of the range.

@@ -20,15 +20,16 @@ void pickFourierEnd(FourierView& view, const Click& click)
     Session& s = S();
     RangePick& r = s.Fourier.Range;
     FormPort& form = view.form;
-    if (!clickInsideBox(click))
+    const PlotTransform& box = form.transform();
+    if (!clickInsideBox(box, click))
         return;
     if (click.Button == RightButton) {
-        const double t = clickTime(click, ClickTimeForm::GroupedFraction);
+        const double t = clickTime(box, click, ClickTimeForm::GroupedFraction);
         // The side is decided by where the click falls, not by the order of the clicks: the
         // point index under it, estimated from its place across the plot, against the deepest
         // point. A replayed click at time t lies at (t - HJDMin) / HJDRange across the box.
         const double fraction =
-            click.exactTime ? rt::div(t - s.HJDMin, s.HJDRange) : rt::div(click.X - s.PlotLeft, s.PlotWidth);
+            click.exactTime ? rt::div(t - s.HJDMin, s.HJDRange) : rt::div(click.X - box.PlotLeft, box.PlotWidth);
         const Integer estimate = rt::CInt(s.RangeFirst + rt::i16(s.RangeLast - s.RangeFirst) * fraction);
         if (estimate < s.IdxMagMax) {
             // The old marker is painted over in white, even before any was drawn (at x = 0).

@@ -5,7 +5,7 @@
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
 #include "session/MainForm.h"
-#include "session/Procedures.h"
+#include "session/Results.h"
 #include "session/Session.h"
 
 namespace dip {
@@ -42,7 +42,7 @@ std::optional<KweeResult> KweeFitClick(FormPort& form)
     const rt::Integer M = rt::CInt(N * 0.9);
     const rt::Integer stepp = rt::CIntText(form.controlText(QStringLiteral("Text1")));
     const double frac = rt::CDbl(form.controlText(QStringLiteral("Text2")));
-    const KweeResult result = KweeVanWoerden(s.HJD, s.Mag, s.NumPts, pick.LeftIdx, pick.RightIdx, M, stepp, frac);
+    const KweeResult result = KweeVanWoerden(s, s.HJD, s.Mag, s.NumPts, pick.LeftIdx, pick.RightIdx, M, stepp, frac);
     pick.Fitted = rt::True;
     PublishResult(4, result.time, result.error);
     picker.showFitted();
@@ -52,10 +52,7 @@ std::optional<KweeResult> KweeFitClick(FormPort& form)
 void KweeUndoClick(FormPort& form)
 {
     kweePicker(form).undo();
-    MainForm& main = mainForm();
-    main.setText(4, QString());
-    main.setText(10, QString());
-    main.setChecked(4, false);
+    ClearResult(4, true);
 }
 
 } // namespace dip

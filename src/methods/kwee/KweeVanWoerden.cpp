@@ -3,7 +3,6 @@
 #include "methods/kwee/KweeVanWoerden.h"
 
 #include "runtime/Numeric.h"
-#include "session/Session.h"
 
 #include <cmath>
 
@@ -13,10 +12,9 @@ using rt::fin;
 using rt::i16;
 using rt::Integer;
 
-void KweeInterpolate(const rt::ObsArray& t, const rt::ObsArray& m, Integer count, Integer first, Integer last,
-                     Integer M)
+void KweeInterpolate(KweeGrid& s, const rt::ObsArray& t, const rt::ObsArray& m, Integer count, Integer first,
+                     Integer last, Integer M)
 {
-    Session& s = S();
     const Integer K = i16(2 * M);
     s.KweeGridT(0) = t(first);
     s.KweeGridT(K) = t(last);
@@ -41,9 +39,8 @@ struct Sums {
 
 // The three reflection sums about c - s, c and c + s over the odd offsets k = 1, 3, 5 ... <= P
 // (every second pair is skipped). Indexes are checked against the grid arrays only.
-Sums reflectionSums(Integer c, Integer s, Integer P)
+Sums reflectionSums(const rt::ObsArray& g, Integer c, Integer s, Integer P)
 {
-    const rt::ObsArray& g = S().KweeGridMag;
     Sums r;
     for (long long k = 1; k <= P; k += 2) {
         const double dm = g(c - s + k) - g(c - s - k);
@@ -58,11 +55,10 @@ Sums reflectionSums(Integer c, Integer s, Integer P)
 
 } // namespace
 
-KweeResult KweeVanWoerden(const rt::ObsArray& t, const rt::ObsArray& m, Integer count, Integer first, Integer last,
-                          Integer M, Integer s, double f)
+KweeResult KweeVanWoerden(KweeGrid& ses, const rt::ObsArray& t, const rt::ObsArray& m, Integer count, Integer first,
+                          Integer last, Integer M, Integer s, double f)
 {
-    const Session& ses = S();
-    KweeInterpolate(t, m, count, first, last, M);
+    KweeInterpolate(ses, t, m, count, first, last, M);
     const Integer K = i16(2 * M);
     const rt::ObsArray& gridT = ses.KweeGridT;
     const rt::ObsArray& gridMag = ses.KweeGridMag;
@@ -84,7 +80,7 @@ KweeResult KweeVanWoerden(const rt::ObsArray& t, const rt::ObsArray& m, Integer 
     for (;;) {
         const Integer L = c >= M ? i16(K - c) : c;
         const Integer P = rt::CInt(L * f);
-        sums = reflectionSums(c, s, P);
+        sums = reflectionSums(gridMag, c, s, P);
         ++r.passes;
         if (counter > 7)
             break;

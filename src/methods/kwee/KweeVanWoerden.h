@@ -9,13 +9,14 @@
 
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
+#include "session/MethodWorkspaces.h"
 
 namespace dip {
 
-// Fills the session's KweeGridT / KweeGridMag on 0 .. 2M between t(first) and t(last). Each
+// Fills the grid's KweeGridT / KweeGridMag on 0 .. 2M between t(first) and t(last). Each
 // grid time is bracketed by searching all used points from the last one down (not only the
 // picked range) for the first t(j) <= grid time, then interpolated between points j and j + 1.
-void KweeInterpolate(const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer count, rt::Integer first,
+void KweeInterpolate(KweeGrid& grid, const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer count, rt::Integer first,
                      rt::Integer last, rt::Integer M);
 
 struct KweeResult {
@@ -34,8 +35,10 @@ struct KweeResult {
 };
 
 // Runs the method on t(first..last), m(first..last) with the grid half-size M, the trial step
-// s (grid steps) and the fraction f of the distance to the nearer grid end used for the sums.
-KweeResult KweeVanWoerden(const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer count, rt::Integer first,
-                          rt::Integer last, rt::Integer M, rt::Integer s, double f);
+// s (grid steps) and the fraction f of the distance to the nearer grid end used for the sums,
+// on the caller's grid: the sums read its slots above 2M, which hold what earlier runs on the
+// same grid left there (the session's grid for the window, a fresh one elsewhere).
+KweeResult KweeVanWoerden(KweeGrid& grid, const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer count,
+                          rt::Integer first, rt::Integer last, rt::Integer M, rt::Integer s, double f);
 
 } // namespace dip

@@ -10,12 +10,16 @@
 #include "runtime/Numeric.h"
 
 #include <cmath>
+#include <cstring>
 
 namespace dip::fourierkernel {
 
 // The overflow check with its common case inline: a value that is not finite raises
 // "Overflow" (6) through rt::fin.
 inline double finite(double v) { return std::isfinite(v) ? v : rt::fin(v); }
+
+// Whether two doubles are the same bit for bit.
+inline bool sameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
 // cos(k u) - 1 and sin(k u) for k = 1..5 (index 0 unused), with u = W (x - Xo).
 inline void harmonics(double x, double w, double xo, double& dx, double cm1[6], double sn[6])

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 #include "methods/marquardt/FourierKernel.h"
-#include "methods/marquardt/Marquardt.h"
+#include "methods/marquardt/MarquardtSolver.h"
 
+#include <cmath>
 #include <cstring>
 
 namespace dip {
@@ -10,48 +11,6 @@ namespace dip {
 namespace {
 
 using fourierkernel::finite;
-
-bool sameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
-
-// The cosines and sines of the last evaluation. They depend only on W, Xo and the times, so
-// they are kept while those stay bit for bit the same: a refused step tried again with more
-// damping, or a step that leaves W and Xo where they were, needs no new ones. The sums below
-// come out exactly as if every one were computed afresh.
-struct HarmonicsCache {
-    bool valid = false;
-    double w = 0;
-    double xo = 0;
-    int n = 0;
-    double x[1001];
-    double dx[1001];
-    double cm1[1001][6];
-    double sn[1001][6];
-};
-
-HarmonicsCache& harmonicsCache()
-{
-    static HarmonicsCache cache;
-    return cache;
-}
-
-const HarmonicsCache& harmonicsFor(const double* x, int n, double w, double xo)
-{
-    HarmonicsCache& c = harmonicsCache();
-    if (c.valid && c.n == n && sameBits(c.w, w) && sameBits(c.xo, xo) &&
-        std::memcmp(c.x + 1, x + 1, sizeof(double) * static_cast<std::size_t>(n)) == 0)
-        return c;
-    c.valid = false;
-    ++marquardtCounts().harmonicEvaluations;
-    for (int i = 1; i <= n; ++i) {
-        c.x[i] = x[i];
-        fourierkernel::harmonics(x[i], w, xo, c.dx[i], c.cm1[i], c.sn[i]);
-    }
-    c.n = n;
-    c.w = w;
-    c.xo = xo;
-    c.valid = true;
-    return c;
-}
 
 // Row j of alpha holds alpha(j, k) at column k - 1 for k = 1..j; rows 1 to 4 are four wide,
 // rows 5 to 8 eight wide, so that every row is a whole number of vector lanes. The lanes past
@@ -65,19 +24,22 @@ struct Sums {
 // One pass over the points. Each sum is its own accumulator running over i = 1..n in order,
 // and each lane of a vector operation is the same IEEE multiplication or addition as the plain
 // loop's, so the sums come out bit for bit as the plain loops give them.
-void accumulate(Sums& sums, const double* x, const double* y, const double* sig, int n, const double a[9],
+template <class Evaluator>
+void accumulate(const Evaluator& evaluate, Sums& sums, const double* y, const double* sig, int n, const double a[9],
                 const int li[9], int mfit)
 {
-    const HarmonicsCache& h = harmonicsFor(x, n, a[7], a[8]);
     // The sums are local while they run, so that they can stay in registers.
     alignas(32) double alpha[8][8] = {};
     alignas(32) double beta[8] = {};
     double chisq = 0;
     double dyda[9] = {};
     for (int i = 1; i <= n; ++i) {
-        const double ymod = fourierkernel::model(a, h.dx[i], h.cm1[i], h.sn[i], dyda);
+        const double ymod = evaluate(i, a, dyda);
         const double sig2 = finite(sig[i] * sig[i]);
-        const double sig2i = rt::div(1, sig2);
+        // 1 / sig^2 with the checked division's common case inline: the same quotient, and a
+        // zero or overflowing one still raises through rt::div.
+        const double quotient = 1 / sig2;
+        const double sig2i = sig2 != 0 && std::isfinite(quotient) ? quotient : rt::div(1, sig2);
         const double dy = y[i] - ymod;
 
         // The derivatives in lista order, and the weights wt(j) = dyda(lista(j)) / sig_i^2.
@@ -105,18 +67,18 @@ void accumulate(Sums& sums, const double* x, const double* y, const double* sig,
 
 } // namespace
 
-MarquardtCounts& marquardtCounts()
-{
-    static MarquardtCounts counts;
-    return counts;
-}
+FourierModelT::FourierModelT() : m_h(std::make_unique<Harmonics>()) {}
+FourierModelT::~FourierModelT() = default;
+FourierModelT::FourierModelT(FourierModelT&&) noexcept = default;
+FourierModelT& FourierModelT::operator=(FourierModelT&&) noexcept = default;
 
 // Press et al., Numerical Recipes, mrqcof: alpha = sum_i dm/da_j dm/da_k / sig_i^2 (the
 // curvature matrix, half the Hessian of chi-square), beta = sum_i (y_i - m_i) dm/da_j / sig_i^2
 // and chi-square = sum_i (y_i - m_i)^2 / sig_i^2. Each sum runs over the points in order.
-void MarquardtCoefficients(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata, const ParVector& a,
-                           Integer /*ma*/, const ParList& lista, Integer mfit, ParMatrix& alpha, ParMatrix& beta,
-                           Integer /*nalp*/, double& chisq)
+template <class Model>
+void MarquardtSolver<Model>::coefficients(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata,
+                                          const ParVector& a, Integer /*ma*/, const ParList& lista, Integer mfit,
+                                          ParMatrix& alpha, ParMatrix& beta, Integer /*nalp*/, double& chisq)
 {
     for (int j = 1; j <= mfit; ++j) {
         for (int k = 1; k <= j; ++k)
@@ -126,7 +88,7 @@ void MarquardtCoefficients(const FitArray& x, const FitArray& y, const FitArray&
     chisq = 0;
 
     Sums sums;
-    ++marquardtCounts().evaluations;
+    ++m_evaluations;
     if (ndata >= 1) {
         // The points, the parameters and the order list as plain vectors; every index is
         // checked here once (a point beyond 1000 or an entry of lista outside the
@@ -143,7 +105,7 @@ void MarquardtCoefficients(const FitArray& x, const FitArray& y, const FitArray&
             dydaBounds(lista(j));
             li[j] = lista(j);
         }
-        accumulate(sums, &x(0), &y(0), &sig(0), ndata, p, li, mfit);
+        accumulate(m_model.prepare(&x(0), ndata, p), sums, &y(0), &sig(0), ndata, p, li, mfit);
     }
 
     // Once infinite, a sum stays infinite or undefined, so checking the totals catches every
@@ -159,5 +121,8 @@ void MarquardtCoefficients(const FitArray& x, const FitArray& y, const FitArray&
         for (int k = 1; k <= j - 1; ++k)
             alpha(k, j) = alpha(j, k);
 }
+
+template void FourierSolver::coefficients(const FitArray&, const FitArray&, const FitArray&, Integer, const ParVector&,
+                                          Integer, const ParList&, Integer, ParMatrix&, ParMatrix&, Integer, double&);
 
 } // namespace dip

@@ -1,17 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "methods/marquardt/Marquardt.h"
+#include "methods/marquardt/MarquardtSolver.h"
 
 #include "runtime/MsgBox.h"
 #include "runtime/Numeric.h"
 
 namespace dip {
-
-MarquardtWork& marquardtWork()
-{
-    static MarquardtWork work;
-    return work;
-}
 
 namespace {
 
@@ -46,18 +40,19 @@ bool checkPermutation(ParList& lista, Integer ma, Integer mfit)
 // (alpha + alamda diag(alpha)) da = beta give the trial step; a trial whose chi-square is not
 // above the last accepted one is taken (equality included, so a step that changes nothing is
 // accepted and the damping still falls), any other is refused and the damping rises.
-void MarquardtStep(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata, ParVector& a, Integer ma,
-                   ParList& lista, Integer mfit, ParMatrix& covar, ParMatrix& alpha, Integer nca, double& chisq,
-                   double& alamda)
+template <class Model>
+void MarquardtSolver<Model>::step(const FitArray& x, const FitArray& y, const FitArray& sig, Integer ndata,
+                                  ParVector& a, Integer ma, ParList& lista, Integer mfit, ParMatrix& covar,
+                                  ParMatrix& alpha, Integer nca, double& chisq, double& alamda)
 {
-    MarquardtWork& w = marquardtWork();
+    MarquardtSolver& w = *this;
 
     if (alamda < 0) {
         // An improper list leaves the damping negative, so the next call tries again.
         if (!checkPermutation(lista, ma, mfit))
             return;
         alamda = 0.001;
-        MarquardtCoefficients(x, y, sig, ndata, a, ma, lista, mfit, alpha, w.beta, nca, chisq);
+        coefficients(x, y, sig, ndata, a, ma, lista, mfit, alpha, w.beta, nca, chisq);
         w.OChisq = chisq;
         for (int j = 1; j <= ma; ++j)
             w.ATry(j) = a(j);
@@ -82,7 +77,7 @@ void MarquardtStep(const FitArray& x, const FitArray& y, const FitArray& sig, In
 
     for (int j = 1; j <= mfit; ++j)
         w.ATry(lista(j)) = rt::fin(a(lista(j)) + w.da(j, 1));
-    MarquardtCoefficients(x, y, sig, ndata, w.ATry, ma, lista, mfit, covar, w.da, nca, chisq);
+    coefficients(x, y, sig, ndata, w.ATry, ma, lista, mfit, covar, w.da, nca, chisq);
 
     if (chisq <= w.OChisq) {
         alamda = 0.1 * alamda;
@@ -98,5 +93,8 @@ void MarquardtStep(const FitArray& x, const FitArray& y, const FitArray& sig, In
         chisq = w.OChisq;
     }
 }
+
+template void FourierSolver::step(const FitArray&, const FitArray&, const FitArray&, Integer, ParVector&, Integer,
+                                  ParList&, Integer, ParMatrix&, ParMatrix&, Integer, double&, double&);
 
 } // namespace dip

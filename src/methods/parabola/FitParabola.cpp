@@ -86,8 +86,8 @@ void PlotParabolaFit(Canvas& canvas)
         const double t = fin(s.HJDMin + step * k);
         s.FitCurveT(k) = t;
         s.FitCurveMag(k) = fin((s.ParabC * t + s.ParabB) * t + s.ParabA0);
-        x[k] = PlotX(scale, t);
-        y[k] = PlotY(scale, s.FitCurveMag(k));
+        x[k] = PlotX(canvas.transform(), scale, t);
+        y[k] = PlotY(canvas.transform(), scale, s.FitCurveMag(k));
     }
 
     // The pen starts at sample 0, set in whatever colour is current.

@@ -3,8 +3,9 @@
 #include "methods/parabola/ParabolaCommands.h"
 
 #include "methods/parabola/FitParabola.h"
+#include "session/Formatting.h"
 #include "session/MainForm.h"
-#include "session/Procedures.h"
+#include "session/Results.h"
 #include "session/Session.h"
 
 namespace dip {
@@ -54,11 +55,8 @@ void ParabolaUndoClick(FormPort& form)
 {
     RangePicker picker = parabolaPicker(form);
     picker.undo();
-    MainForm& main = mainForm();
-    main.setText(1, QString());
-    main.setText(7, QString());
+    ClearResult(1, true);
     form.setControlText(QStringLiteral("Text1"), QString());
-    main.setChecked(1, false);
 }
 
 } // namespace dip

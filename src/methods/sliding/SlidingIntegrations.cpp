@@ -5,7 +5,7 @@
 #include "runtime/MsgBox.h"
 #include "runtime/Numeric.h"
 #include "runtime/RuntimeError.h"
-#include "session/Procedures.h"
+#include "session/Results.h"
 #include "session/Session.h"
 
 #include <cmath>
@@ -60,9 +60,9 @@ void gridSize(const ObsArray& t, Integer n, Integer& k, Integer& gridCount, doub
 
 } // namespace
 
-void ResampleEven(const ObsArray& t, const ObsArray& m, Integer n, Integer& k, Integer& gridCount, double& delta)
+void ResampleEven(SlidingWorkspace& s, const ObsArray& t, const ObsArray& m, Integer n, Integer& k, Integer& gridCount,
+                  double& delta)
 {
-    Session& s = S();
     gridSize(t, n, k, gridCount, delta);
     s.GridHJD(1) = t(1);
     s.GridMag(1) = m(1);
@@ -80,13 +80,13 @@ void ResampleEven(const ObsArray& t, const ObsArray& m, Integer n, Integer& k, I
     }
 }
 
-void SlidingIntegrations(const ObsArray& t, const ObsArray& m, Integer n, double& T, double& E)
+void SlidingIntegrations(SlidingWorkspace& s, const ObsArray& t, const ObsArray& m, Integer n, double& T, double& E,
+                         SlidingWindow& window)
 {
-    Session& s = S();
     Integer k = 0;
     Integer gridCount = 0;
     double delta = 0;
-    ResampleEven(t, m, n, k, gridCount, delta);
+    ResampleEven(s, t, m, n, k, gridCount, delta);
     gridSize(t, n, k, gridCount, delta);
 
     // SlideDiff(i): trapezoidal integral over the k grid steps from grid point i, minus the
@@ -116,11 +116,12 @@ void SlidingIntegrations(const ObsArray& t, const ObsArray& m, Integer n, double
         w = 5;
     if (w < 1)
         w = 1;
-    s.RangeFirst = i16(bestIdx - w);
-    s.RangeLast = i16(bestIdx + w);
+    window.first = i16(bestIdx - w);
+    window.last = i16(bestIdx + w);
+    window.set = true;
 
     double a = 0, b = 0, sigmaA = 0, sigmaB = 0, ssr = 0;
-    LineFit(s.GridHJD, s.SlideDiff, s.RangeFirst, s.RangeLast, a, b, sigmaA, sigmaB, ssr);
+    LineFit(s.GridHJD, s.SlideDiff, window.first, window.last, a, b, sigmaA, sigmaB, ssr);
 
     // The fitted difference crosses zero at -a/b; a window pair starting there is balanced
     // about the point one window width later.
@@ -129,39 +130,45 @@ void SlidingIntegrations(const ObsArray& t, const ObsArray& m, Integer n, double
     E = rt::sqrt(rt::div(ssr, k));
 }
 
-namespace {
-
-// The stretch of used points around the deepest one: 2 (NumPts - IdxMagMax) points ending
-// one before the last used point when the deepest lies near the end, the first 2 IdxMagMax
-// points when it lies near the start, otherwise all of them. 16-bit arithmetic, comparisons
-// in doubles.
-void chooseStretch()
+Integer DeepestPoint(const Curve& curve)
 {
-    Session& s = S();
-    const double x = s.NumPts / 2.0 * 0.9;
-    const Integer after = i16(s.NumPts - s.IdxMagMax);
+    Integer deepest = 0;
+    double largest = -99;
+    for (int i = 1; i <= curve.n; ++i) {
+        if (curve.m(i) > largest) {
+            deepest = i16(i);
+            largest = curve.m(i);
+        }
+    }
+    return deepest;
+}
+
+// 16-bit arithmetic, comparisons in doubles.
+void ChooseSlidingStretch(SlidingWorkspace& s, const Curve& curve, Integer deepest)
+{
+    const Integer numPts = curve.n;
+    const double x = numPts / 2.0 * 0.9;
+    const Integer after = i16(numPts - deepest);
     if (x > after) {
         s.SlideN = i16(2 * after);
-        // The stretch runs from NumPts - SlideN to NumPts - 1: the last used point is left out.
-        // This one-off shift is kept deliberately.
-        const Integer o = i16(i16(s.NumPts - s.SlideN) - 1);
+        // The stretch runs from n - SlideN to n - 1: the last used point is left out. This
+        // one-off shift is kept deliberately.
+        const Integer o = i16(i16(numPts - s.SlideN) - 1);
         for (int i = 1; i <= s.SlideN; ++i) {
-            s.SlideHJD(i) = s.HJD(i16(o + i));
-            s.SlideMag(i) = s.Mag(i16(o + i));
+            s.SlideHJD(i) = curve.t(i16(o + i));
+            s.SlideMag(i) = curve.m(i16(o + i));
         }
     } else {
-        if (x > s.IdxMagMax)
-            s.SlideN = i16(2 * s.IdxMagMax);
+        if (x > deepest)
+            s.SlideN = i16(2 * deepest);
         else
-            s.SlideN = s.NumPts;
+            s.SlideN = numPts;
         for (int i = 1; i <= s.SlideN; ++i) {
-            s.SlideHJD(i) = s.HJD(i);
-            s.SlideMag(i) = s.Mag(i);
+            s.SlideHJD(i) = curve.t(i);
+            s.SlideMag(i) = curve.m(i);
         }
     }
 }
-
-} // namespace
 
 SlidingOutcome RunSlidingIntegrations()
 {
@@ -170,20 +177,32 @@ SlidingOutcome RunSlidingIntegrations()
     if (s.DataName.isEmpty())
         return outcome;
     int trapped = 0;
+    SlidingWindow window;
+    // The fit window overwrites RangeFirst and RangeLast as soon as it is known, and stays
+    // there whatever follows.
+    auto leaveWindow = [&] {
+        if (window.set) {
+            s.RangeFirst = window.first;
+            s.RangeLast = window.last;
+        }
+    };
     try {
-        chooseStretch();
+        ChooseSlidingStretch(s, SessionCurve(), s.IdxMagMax);
         double T = 0, E = 0;
-        SlidingIntegrations(s.SlideHJD, s.SlideMag, s.SlideN, T, E);
+        SlidingIntegrations(s, s.SlideHJD, s.SlideMag, s.SlideN, T, E, window);
+        leaveWindow();
         PublishResult(6, T, E);
         outcome.published = true;
-        outcome.time = s.HJDOffset + T;
+        outcome.time = s.Results(6).time;
         outcome.error = E;
     } catch (const rt::RuntimeError& e) {
+        leaveWindow();
         trapped = e.number();
     }
     if (trapped != 0) {
         // Outside the trap: the table lookup is the handler's own code.
         outcome.trappedError = trapped;
+        SetTrappedError(6, trapped);
         rt::MsgBox(s.ErrorText(trapped));
     }
     return outcome;

@@ -2,49 +2,21 @@
 // Copyright (c) the Dipscope developers
 #include "methods/tracing/TracingPaper.h"
 
-#include "methods/tracing/TracingPaperMemory.h"
 #include "plotting/PlotBox.h"
 #include "runtime/Numeric.h"
 #include "runtime/Text.h"
+#include "session/Formatting.h"
 #include "session/MainForm.h"
-#include "session/Procedures.h"
+#include "session/Results.h"
 #include "session/Session.h"
 
 #include <cmath>
-#include <memory>
 
 namespace dip {
 
 using rt::i16;
 
 TracingPaperControls::~TracingPaperControls() = default;
-
-namespace {
-
-struct Window {
-    FormPort* form = nullptr;
-    TracingPaperControls* controls = nullptr;
-};
-
-Window& current()
-{
-    static Window w;
-    return w;
-}
-
-TracingPaperMemory& memoryWindow()
-{
-    static std::unique_ptr<TracingPaperMemory> w = std::make_unique<TracingPaperMemory>();
-    return *w;
-}
-
-} // namespace
-
-void setTracingPaperWindow(FormPort* form, TracingPaperControls* controls) { current() = Window{form, controls}; }
-
-FormPort& tracingPaperForm() { return current().form ? *current().form : memoryWindow(); }
-
-TracingPaperControls& tracingPaperControls() { return current().controls ? *current().controls : memoryWindow(); }
 
 QString tracingPaperCaption()
 {
@@ -62,7 +34,7 @@ void SetTracingPaperDesignTexts(FormPort& form)
     form.setControlText(QStringLiteral("Command4"), QStringLiteral("Done"));
 }
 
-void OpenTracingPaper()
+void OpenTracingPaper(const TracingPaperView& w)
 {
     Session& s = S();
     if (s.DataName.isEmpty())
@@ -70,7 +42,7 @@ void OpenTracingPaper()
     // Any earlier smoothing is discarded; AvgPoints and Label8 keep their values.
     for (int i = 1; i <= s.NumPts; ++i)
         s.SmoothMag(i) = s.Mag(i);
-    PlotTracingPaper();
+    PlotTracingPaper(w);
 }
 
 namespace {
@@ -81,13 +53,13 @@ int drawLeftBranch(Canvas& canvas, const PlotScale& scale)
 {
     const Session& s = S();
     canvas.setForeColor(colours::red);
-    double px = PlotX(scale, s.HJD(1));
-    double py = PlotY(scale, s.SmoothMag(1));
+    double px = PlotX(canvas.transform(), scale, s.HJD(1));
+    double py = PlotY(canvas.transform(), scale, s.SmoothMag(1));
     DrawPointDisc(canvas, px, py);
     int i = 2;
     while (i <= s.NumPts && s.HJD(i) <= s.FoldHJD) {
-        const double x = PlotX(scale, s.HJD(i));
-        const double y = PlotY(scale, s.SmoothMag(i));
+        const double x = PlotX(canvas.transform(), scale, s.HJD(i));
+        const double y = PlotY(canvas.transform(), scale, s.SmoothMag(i));
         canvas.line(px, py, x, y);
         DrawPointDisc(canvas, x, y);
         px = x;
@@ -105,11 +77,11 @@ void drawRightBranch(Canvas& canvas, const PlotScale& scale, int first)
     if (first > s.NumPts)
         return;
     canvas.setForeColor(colours::blue);
-    double px = PlotX(scale, 2 * s.FoldHJD - s.HJD(first));
-    double py = PlotY(scale, s.SmoothMag(first));
+    double px = PlotX(canvas.transform(), scale, 2 * s.FoldHJD - s.HJD(first));
+    double py = PlotY(canvas.transform(), scale, s.SmoothMag(first));
     for (int i = first + 1; i <= s.NumPts; ++i) {
-        const double x = PlotX(scale, 2 * s.FoldHJD - s.HJD(i));
-        const double y = PlotY(scale, s.SmoothMag(i));
+        const double x = PlotX(canvas.transform(), scale, 2 * s.FoldHJD - s.HJD(i));
+        const double y = PlotY(canvas.transform(), scale, s.SmoothMag(i));
         canvas.line(px, py, x, y);
         DrawPointDisc(canvas, x, y);
         px = x;
@@ -133,11 +105,11 @@ void placeControls(TracingPaperControls& controls, double formHeight)
 
 } // namespace
 
-void PlotTracingPaper()
+void PlotTracingPaper(const TracingPaperView& w)
 {
     Session& s = S();
-    FormPort& form = tracingPaperForm();
-    TracingPaperControls& controls = tracingPaperControls();
+    FormPort& form = w.form;
+    TracingPaperControls& controls = w.controls;
     controls.showForm();
     form.cls();
 
@@ -153,9 +125,10 @@ void PlotTracingPaper()
     // fold by HJD(1) - HJDMin (normally the 0.002-day padding). It is kept so.
     const double W = form.formWidth();
     const double H = form.formHeight();
-    SetPlotBox(500, W - 415, 242, H - 2100);
+    SetPlotBox(form, 500, W - 415, 242, H - 2100);
     DrawFrame(form);
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
+    form.transform().scale = scale;
 
     const int first = drawLeftBranch(form, scale);
     drawRightBranch(form, scale, first);
@@ -164,52 +137,49 @@ void PlotTracingPaper()
 
     // The fold is the result: published at the end of every redraw.
     form.setControlText(QStringLiteral("Text1"), FormatFixed(s.FoldHJD, 14, 5));
-    MainForm& main = mainForm();
-    main.setText(2, FormatResult(s.HJDOffset + s.FoldHJD));
-    // One scroll step, whatever the data.
-    main.setText(8, QStringLiteral("0.0001"));
-    main.setChecked(2, true);
+    // The error is one scroll step, whatever the data, shown as "0.0001".
+    PublishResult(2, s.FoldHJD, FoldStep, QStringLiteral("0.0001"));
 }
 
 namespace {
 
 // Moves the bar to the position of FoldHJD, rounded to a whole unit (halves to even). The bar
 // refuses a position outside its range; a new position runs the fold handler again.
-void setBarToFold()
+void setBarToFold(const TracingPaperView& w)
 {
     const Session& s = S();
     const double position = std::nearbyint(ScrollCentre + rt::div(s.FoldHJD - s.HJD(s.IdxMagMax), FoldStep));
     if (position < ScrollMin || position > ScrollMax)
         rt::raise(380);
-    tracingPaperControls().setScrollValue(static_cast<int>(position));
+    w.controls.setScrollValue(static_cast<int>(position));
 }
 
 } // namespace
 
-void FoldFromScrollBar()
+void FoldFromScrollBar(const TracingPaperView& w)
 {
     Session& s = S();
     // From the faintest point itself, not from the rounded load-time fold; a typed fold is
     // discarded.
-    s.FoldHJD = s.HJD(s.IdxMagMax) + FoldStep * i16(tracingPaperControls().scrollValue() - ScrollCentre);
+    s.FoldHJD = s.HJD(s.IdxMagMax) + FoldStep * i16(w.controls.scrollValue() - ScrollCentre);
     if (s.FoldHJD < s.HJDMin) {
         s.FoldHJD = s.HJDMin + 0.05 * s.HJDRange;
-        setBarToFold();
+        setBarToFold(w);
     }
     if (s.FoldHJD > s.HJDMax) {
         s.FoldHJD = s.HJDMin + 0.95 * s.HJDRange;
-        setBarToFold();
+        setBarToFold(w);
     }
-    PlotTracingPaper();
+    PlotTracingPaper(w);
 }
 
-void UpdateFold()
+void UpdateFold(const TracingPaperView& w)
 {
-    S().FoldHJD = rt::Val(tracingPaperForm().controlText(QStringLiteral("Text1")));
-    PlotTracingPaper();
+    S().FoldHJD = rt::Val(w.form.controlText(QStringLiteral("Text1")));
+    PlotTracingPaper(w);
 }
 
-void SmoothFold()
+void SmoothFold(const TracingPaperView& w)
 {
     Session& s = S();
     int width = 0;
@@ -218,7 +188,7 @@ void SmoothFold()
     case 3: width = 5; break;
     case 5: width = 7; break;
     case 7: width = 9; break;
-    default: PlotTracingPaper(); return;
+    default: PlotTracingPaper(w); return;
     }
     // Running means over the unsmoothed Mag. Entries nearer than k to either end are not
     // written and keep the previous level's value: the graded ends are deliberate.
@@ -230,18 +200,18 @@ void SmoothFold()
         s.SmoothMag(i) = rt::div(sum, width);
     }
     s.AvgPoints = i16(width);
-    tracingPaperForm().setControlText(QStringLiteral("Label8"), QStringLiteral("%1-point averaging").arg(width));
-    PlotTracingPaper();
+    w.form.setControlText(QStringLiteral("Label8"), QStringLiteral("%1-point averaging").arg(width));
+    PlotTracingPaper(w);
 }
 
-void UndoSmoothFold()
+void UndoSmoothFold(const TracingPaperView& w)
 {
     Session& s = S();
     for (int i = 2; i <= s.NumPts - 1; ++i)
         s.SmoothMag(i) = s.Mag(i);
-    tracingPaperForm().setControlText(QStringLiteral("Label8"), QStringLiteral("No averaging"));
+    w.form.setControlText(QStringLiteral("Label8"), QStringLiteral("No averaging"));
     s.AvgPoints = 1;
-    PlotTracingPaper();
+    PlotTracingPaper(w);
 }
 
 } // namespace dip

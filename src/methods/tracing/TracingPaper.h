@@ -39,11 +39,12 @@ public:
     virtual void setScrollValue(int value) = 0;
 };
 
-// Makes form and controls (the same frmPlott2, normally) the window of the procedures; nullptr
-// for both puts back the one in memory.
-void setTracingPaperWindow(FormPort* form, TracingPaperControls* controls);
-FormPort& tracingPaperForm();
-TracingPaperControls& tracingPaperControls();
+// The tracing-paper window as its procedures see it: its form (drawing and texts) and its other
+// controls, the same frmPlott2 (or TracingPaperMemory) seen twice.
+struct TracingPaperView {
+    FormPort& form;
+    TracingPaperControls& controls;
+};
 
 // The window's fixed texts: the design caption and control captions, then the caption that
 // loading the window sets.
@@ -52,26 +53,26 @@ void SetTracingPaperDesignTexts(FormPort& form);
 
 // The main window's second method button, once a file is loaded: SmoothMag = Mag for
 // 1..NumPts (AvgPoints and Label8 keep their values), then PlotTracingPaper.
-void OpenTracingPaper();
+void OpenTracingPaper(const TracingPaperView& w);
 
 // Shows the window, clears it, draws the folded curve, places the controls and publishes the
 // fold: the window's Text1, and the main window's Text2, Text8 ("0.0001") and Check2.
-void PlotTracingPaper();
+void PlotTracingPaper(const TracingPaperView& w);
 
 // HScroll1_Scroll: FoldHJD = HJD(IdxMagMax) + FoldStep (bar - ScrollCentre), clamped to 5 % or
 // 95 % of the time range with the bar moved to match (which runs this handler again), then
 // redraws. A bar position outside 0..32767 raises "Invalid property value" (380).
-void FoldFromScrollBar();
+void FoldFromScrollBar(const TracingPaperView& w);
 
 // Command1_Click ("Update"): FoldHJD = the numeric prefix of Text1 (0 when none), redraw. The
 // bar does not move.
-void UpdateFold();
+void UpdateFold(const TracingPaperView& w);
 
 // Command2_Click ("Smooth"): the next running-mean width 3, 5, 7 or 9 over the unsmoothed Mag,
 // then redraw. At width 9 only redraws.
-void SmoothFold();
+void SmoothFold(const TracingPaperView& w);
 
 // Command3_Click ("Undo smooth"): SmoothMag = Mag for 2..NumPts - 1, "No averaging", redraw.
-void UndoSmoothFold();
+void UndoSmoothFold(const TracingPaperView& w);
 
 } // namespace dip

@@ -21,7 +21,7 @@ void TracingPaperMemory::setScrollValue(int value)
     if (value == m_scroll)
         return;
     m_scroll = value;
-    FoldFromScrollBar();
+    FoldFromScrollBar(view());
 }
 
 } // namespace dip

@@ -22,6 +22,7 @@ public:
     int scrollValue() const override { return m_scroll; }
     void setScrollValue(int value) override;
 
+    TracingPaperView view() { return {*this, *this}; }
     int shows() const { return m_shows; }
     // The last position given to a control (a null point when never placed).
     QPointF controlPosition(const QString& name) const { return m_positions.value(name); }

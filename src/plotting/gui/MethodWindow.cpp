@@ -2,8 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "plotting/gui/MethodWindow.h"
 
-#include "plotting/gui/MethodControls.h"
 #include "plotting/MethodPlot.h"
+#include "plotting/gui/MethodControls.h"
 
 #include <algorithm>
 
@@ -71,6 +71,6 @@ void MethodWindow::Form_MouseDown(int button, int, double x, double y)
     mouseDownProcedure(Click::atTwips(x, y, rt::Integer(button)));
 }
 
-void MethodWindow::Form_MouseMove(int, int, double x, double y) { setMousePointer(int(pointerAt(x, y))); }
+void MethodWindow::Form_MouseMove(int, int, double x, double y) { setMousePointer(int(pointerAt(transform(), x, y))); }
 
 } // namespace dip

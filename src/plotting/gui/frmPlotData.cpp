@@ -2,7 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "plotting/gui/frmPlotData.h"
 
-#include "session/Procedures.h"
+#include "session/Points.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -44,7 +44,7 @@ void frmPlotData::Form_MouseDown(int button, int, double x, double y)
         return; // right and middle clicks do nothing here
     frmAction& action = ActionWindow();
     action.showForm();
-    PickNearestPoint(x, y);
+    PickNearestPoint(transform(), x, y);
     MarkPick(*this);
     action.showPick(PickedPointTexts());
 }

@@ -84,7 +84,6 @@ void checkLayout(const QStringList& paragraphs)
 class HelpWindowsTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
     void introduction();
@@ -101,8 +100,6 @@ private Q_SLOTS:
     void aboutBox();
     void aboutBoxComesBackToTopLeft();
 };
-
-void HelpWindowsTest::initTestCase() { QLocale::setDefault(QLocale::c()); }
 
 void HelpWindowsTest::init()
 {

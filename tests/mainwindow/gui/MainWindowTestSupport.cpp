@@ -52,11 +52,7 @@ QString CurrentFolder::mkdir(const QString& relative) const
     return full;
 }
 
-void prepareWindowTests()
-{
-    QLocale::setDefault(QLocale::c());
-    QApplication::setQuitOnLastWindowClosed(false);
-}
+void prepareWindowTests() { QApplication::setQuitOnLastWindowClosed(false); }
 
 std::unique_ptr<frmMain> startMainWindow()
 {
@@ -71,7 +67,7 @@ QByteArray dipCurve(int n, int brightest)
     QByteArray out = "HJD,Mag\n";
     for (int i = 1; i <= n; ++i) {
         const double t = 0.4 + 0.005 * i;
-        double m = 12.0 + 0.6 * std::exp(-std::pow((t - 0.5) / 0.03, 2)) + 0.0001 * i;
+        double m = gaussianMag(t, 0.5, 0.03, 0.6, 12.0) + 0.0001 * i;
         if (i == brightest)
             m = 11.5;
         out += QByteArray::number(t, 'f', 5) + ',' + QByteArray::number(m, 'f', 5) + '\n';

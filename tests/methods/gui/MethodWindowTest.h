@@ -2,12 +2,14 @@
 // Copyright (c) the Dipscope developers
 #pragma once
 
-// Helpers of the method-window tests: right-clicks at the twip position of a time, and the
-// colours of drawn pixels.
+// Helpers of the method-window tests: right-clicks at the twip position of a time (the colours
+// of drawn pixels are support/gui/PixelChecks.h).
 
 #include "plotting/FormPort.h"
 #include "plotting/gui/PlotWindow.h"
 #include "session/Session.h"
+#include "support/DipCurves.h"
+#include "support/gui/PixelChecks.h"
 
 #include <QColor>
 #include <QLocale>
@@ -19,19 +21,6 @@
 #include <vector>
 
 namespace dip::test {
-
-inline bool isColour(const QColor& c, Rgb rgb) { return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b; }
-
-// Whether the pixel at (x, y) twips or one of its neighbours has the colour: a one-pixel line
-// at a fractional position lands on either side.
-inline bool colourNear(const PlotWindow& w, double x, double y, Rgb rgb)
-{
-    for (int dx = -1; dx <= 1; ++dx)
-        for (int dy = -1; dy <= 1; ++dy)
-            if (isColour(w.pixelAt(x + 15 * dx, y + 15 * dy), rgb))
-                return true;
-    return false;
-}
 
 // The pixel column of a time on the window's plot box, and its x in twips.
 inline int pixelX(double t)
@@ -57,15 +46,7 @@ inline void clickButton(PlotWindow& w, const char* name)
 }
 
 // 61 points at 0.005-day steps from 0.30 with a dip at centre and, if asked, a little scatter.
-inline std::vector<std::pair<double, double>> dipCurve(double centre, double scatter)
-{
-    std::vector<std::pair<double, double>> p;
-    for (int i = 0; i < 61; ++i) {
-        const double t = 0.30 + 0.005 * i;
-        p.emplace_back(t, 11.2 - 25 * (t - centre) * (t - centre) + scatter * std::sin(i * 2.7));
-    }
-    return p;
-}
+inline Points dipCurve(double centre, double scatter) { return parabolicDip(61, 0.30, 0.005, centre, scatter); }
 
 // The time a click at twips x stands for, as the parabola and Kwee windows compute it.
 inline double timeAtTwips(double x)

@@ -5,7 +5,7 @@
 #include "MethodWindowTest.h"
 
 #include "mainwindow/gui/frmMain.h"
-#include "methods/gui/MethodEntries.h"
+#include "methods/gui/MethodStarts.h"
 #include "methods/parabola/gui/frmPlott1.h"
 #include "plotting/PlotBox.h"
 #include "plotting/RangePicking.h"
@@ -14,6 +14,7 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "support/TestSupport.h"
+#include "support/gui/PlotWindows.h"
 
 #include <QLineEdit>
 #include <QMenu>
@@ -42,27 +43,26 @@ class Plott1Test : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init() { QVERIFY(loadText(csv(dipCurve(0.4537, 0.002)))); }
 
     void mainButtonOpensTheWindow()
     {
-        StartParabola();
+        QCOMPARE(checkOpenedWindow(1, QStringLiteral("Fit Parabola - RIGHT-CLICK AT START (left end) OF RANGE."),
+                                   {{"Label7", "Left index:"},
+                                    {"Label9", "Right index:"},
+                                    {"Label11", "RMS dev'n:"},
+                                    {"Command1", "Fit Parabola"},
+                                    {"Command2", "Undo"},
+                                    {"Command3", "Done"}}),
+                 QString());
         frmPlott1& w = frmPlott1::form();
-        QVERIFY(w.isVisible());
-        QCOMPARE(w.caption(), QStringLiteral("Fit Parabola - RIGHT-CLICK AT START (left end) OF RANGE."));
         QCOMPARE(S().PlotLeft, 500.0);
         QCOMPARE(S().PlotRight, double(rt::CInt(w.formWidth())) - 415);
         QCOMPARE(S().PlotBottom, double(rt::CInt(w.formHeight())) - 1850);
         // The points in red on the current scale.
         const PlotScale scale = CurrentScale();
-        QVERIFY(colourNear(w, PlotX(scale, S().HJD(30)), PlotY(scale, S().Mag(30)), colours::red));
-        const std::vector<std::pair<const char*, const char*>> texts = {
-            {"Label7", "Left index:"},    {"Label9", "Right index:"}, {"Label11", "RMS dev'n:"},
-            {"Command1", "Fit Parabola"}, {"Command2", "Undo"},       {"Command3", "Done"}};
-        for (const auto& [name, text] : texts)
-            QCOMPARE(w.controlText(QLatin1String(name)), QLatin1String(text));
-        QVERIFY(w.findChild<QMenu*>(QStringLiteral("mFile")));
+        QVERIFY(colourNear(w, PlotX(w.transform(), scale, S().HJD(30)), PlotY(w.transform(), scale, S().Mag(30)),
+                           colours::red));
         clickButton(w, "Command3");
         QVERIFY(w.isHidden());
     }
@@ -122,12 +122,12 @@ private Q_SLOTS:
         int blue = 0, grey = 0;
         for (int k = 1; k <= 100; ++k) {
             const double t = s.FitCurveT(k);
-            const double y = PlotY(scale, s.FitCurveMag(k));
+            const double y = PlotY(w.transform(), scale, s.FitCurveMag(k));
             if (y < s.PlotTop + 30 || y > s.PlotBottom - 30 || std::abs(t - s.ParabolaPick.LeftHJD) < 0.006 ||
                 std::abs(t - s.ParabolaPick.RightHJD) < 0.006)
                 continue;
             const bool inside = s.ParabolaPick.LeftHJD < t && t < s.ParabolaPick.RightHJD;
-            QVERIFY(colourNear(w, PlotX(scale, t), y, inside ? colours::blue : colours::curveGrey));
+            QVERIFY(colourNear(w, PlotX(w.transform(), scale, t), y, inside ? colours::blue : colours::curveGrey));
             (inside ? blue : grey)++;
         }
         QVERIFY(blue > 20);
@@ -180,7 +180,8 @@ private Q_SLOTS:
         QCOMPARE(S().ParabolaPick.RightMarkX,
                  S().PlotLeft + S().PlotWidth * (S().ParabolaPick.RightHJD - S().HJDMin) / S().HJDRange);
         const PlotScale scale = CurrentScale();
-        QVERIFY(colourNear(w, PlotX(scale, S().FitCurveT(50)), PlotY(scale, S().FitCurveMag(50)), colours::blue));
+        QVERIFY(colourNear(w, PlotX(w.transform(), scale, S().FitCurveT(50)),
+                           PlotY(w.transform(), scale, S().FitCurveMag(50)), colours::blue));
     }
 
     void resizeStoresThePlacementAndRedraws()

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "methods/gui/MethodEntries.h"
 #include "methods/TracingCurves.h"
+#include "methods/gui/MethodStarts.h"
 #include "methods/tracing/gui/frmPlott2.h"
 #include "plotting/PlotBox.h"
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
-#include "support/gui/PixelChecks.h"
 #include "support/TestSupport.h"
+#include "support/gui/PixelChecks.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -50,7 +50,6 @@ void clickBar(QScrollBar* bar, QStyle::SubControl part)
 class FrmPlott2Test : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init();
     void opensWithDesignAndPublishes();
     void arrowsAndPages_data();
@@ -85,7 +84,7 @@ void FrmPlott2Test::init()
 void FrmPlott2Test::open(const QByteArray& data)
 {
     QVERIFY(test::loadText(data));
-    StartTracingPaper();
+    PressMethodButton(2);
     m_form = frmPlott2::existing();
     QVERIFY(m_form);
     QVERIFY(m_form->isVisible());
@@ -237,18 +236,22 @@ void FrmPlott2Test::branchColours()
     const Session& s = S();
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
     for (int i = 1; i <= 5; ++i)
-        QVERIFY2(colourNear(*m_form, PlotX(scale, s.HJD(i)), PlotY(scale, s.Mag(i)), colours::red),
+        QVERIFY2(colourNear(*m_form, PlotX(m_form->transform(), scale, s.HJD(i)),
+                            PlotY(m_form->transform(), scale, s.Mag(i)), colours::red),
                  qPrintable(QStringLiteral("red point %1").arg(i)));
     // Point 10 mirrors to 0.395, left of the form.
     for (int i = 6; i <= 9; ++i)
-        QVERIFY2(colourNear(*m_form, PlotX(scale, 2 * 0.4425 - s.HJD(i)), PlotY(scale, s.Mag(i)), colours::blue),
+        QVERIFY2(colourNear(*m_form, PlotX(m_form->transform(), scale, 2 * 0.4425 - s.HJD(i)),
+                            PlotY(m_form->transform(), scale, s.Mag(i)), colours::blue),
                  qPrintable(QStringLiteral("blue point %1").arg(i)));
     // Half-way along the red segment from point 2 to point 3, and the blue one from 7 to 8.
-    const double rx = (PlotX(scale, s.HJD(2)) + PlotX(scale, s.HJD(3))) / 2;
-    const double ry = (PlotY(scale, s.Mag(2)) + PlotY(scale, s.Mag(3))) / 2;
+    const double rx = (PlotX(m_form->transform(), scale, s.HJD(2)) + PlotX(m_form->transform(), scale, s.HJD(3))) / 2;
+    const double ry = (PlotY(m_form->transform(), scale, s.Mag(2)) + PlotY(m_form->transform(), scale, s.Mag(3))) / 2;
     QVERIFY(colourNear(*m_form, rx, ry, colours::red));
-    const double bx = (PlotX(scale, 2 * 0.4425 - s.HJD(7)) + PlotX(scale, 2 * 0.4425 - s.HJD(8))) / 2;
-    const double by = (PlotY(scale, s.Mag(7)) + PlotY(scale, s.Mag(8))) / 2;
+    const double bx = (PlotX(m_form->transform(), scale, 2 * 0.4425 - s.HJD(7)) +
+                       PlotX(m_form->transform(), scale, 2 * 0.4425 - s.HJD(8))) /
+                      2;
+    const double by = (PlotY(m_form->transform(), scale, s.Mag(7)) + PlotY(m_form->transform(), scale, s.Mag(8))) / 2;
     QVERIFY(colourNear(*m_form, bx, by, colours::blue));
     // The frame: black on the box's left edge.
     QVERIFY(isColour(m_form->pixelAt(s.PlotLeft, (s.PlotTop + s.PlotBottom) / 2), colours::black));
@@ -263,7 +266,8 @@ void FrmPlott2Test::foldAfterLastHasNoBlue()
     QVERIFY(countPixels(picture, colours::red) > 0);
     const Session& s = S();
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
-    QVERIFY(colourNear(*m_form, PlotX(scale, s.HJD(10)), PlotY(scale, s.Mag(10)), colours::red));
+    QVERIFY(colourNear(*m_form, PlotX(m_form->transform(), scale, s.HJD(10)),
+                       PlotY(m_form->transform(), scale, s.Mag(10)), colours::red));
 }
 
 void FrmPlott2Test::foldBeforeFirstOnlyPointOneRed()
@@ -272,7 +276,7 @@ void FrmPlott2Test::foldBeforeFirstOnlyPointOneRed()
     typeFold(QStringLiteral("0.39"));
     const Session& s = S();
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
-    const double x1 = PlotX(scale, s.HJD(1)), y1 = PlotY(scale, s.Mag(1));
+    const double x1 = PlotX(m_form->transform(), scale, s.HJD(1)), y1 = PlotY(m_form->transform(), scale, s.Mag(1));
     QVERIFY(colourNear(*m_form, x1, y1, colours::red));
     // Every red pixel belongs to point 1's disc.
     const QImage picture = m_form->picture();
@@ -295,8 +299,8 @@ void FrmPlott2Test::tinySpanDrawsFarPoints()
     QCOMPARE(s.FoldSpan, 0.40001 - 0.40);
     QCOMPARE(mainForm().text(2), QStringLiteral("0.40001"));
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
-    QVERIFY(PlotX(scale, s.HJD(1)) > 1e6);
-    QVERIFY(PlotX(scale, 2 * 0.40001 - s.HJD(10)) < -1e7);
+    QVERIFY(PlotX(m_form->transform(), scale, s.HJD(1)) > 1e6);
+    QVERIFY(PlotX(m_form->transform(), scale, 2 * 0.40001 - s.HJD(10)) < -1e7);
     QVERIFY(isColour(m_form->pixelAt(s.PlotLeft, (s.PlotTop + s.PlotBottom) / 2), colours::black));
     QCOMPARE(countPixels(m_form->picture(), colours::red), 0);
 }
@@ -331,7 +335,7 @@ void FrmPlott2Test::doneHidesAndReopenKeepsState()
     QTest::mouseClick(m_form->control<QPushButton>(QStringLiteral("Command4")), Qt::LeftButton);
     QVERIFY(m_form->isHidden());
     QCOMPARE(mainForm().text(2), FormatResult(S().HJD(6) + 0.0001));
-    StartTracingPaper();
+    PressMethodButton(2);
     QVERIFY(m_form->isVisible());
     QCOMPARE(m_form->HScroll1()->value(), 16384);
     QCOMPARE(m_form->controlText("Label8"), QStringLiteral("5-point averaging"));
@@ -348,7 +352,7 @@ void FrmPlott2Test::placementLineTwo()
     S().WinPos(2, 2) = 1200;
     S().WinPos(2, 3) = 10500;
     S().WinPos(2, 4) = 7500;
-    StartTracingPaper();
+    PressMethodButton(2);
     m_form = frmPlott2::existing();
     QCOMPARE(m_form->size(), QSize(700, 500));
     m_form->resize(760, 540);

@@ -4,7 +4,7 @@
 
 #include "MethodWindowTest.h"
 
-#include "methods/gui/MethodEntries.h"
+#include "methods/gui/MethodStarts.h"
 #include "methods/kwee/gui/frmPlott4.h"
 #include "plotting/PlotBox.h"
 #include "runtime/RuntimeError.h"
@@ -12,6 +12,7 @@
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "support/TestSupport.h"
+#include "support/gui/PlotWindows.h"
 
 #include <QLineEdit>
 #include <QMenu>
@@ -38,26 +39,25 @@ class Plott4Test : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init() { QVERIFY(loadText(csv(dipCurve(0.45, 0)))); }
 
     void mainButtonOpensTheWindow()
     {
-        StartKwee();
+        QCOMPARE(checkOpenedWindow(4, QStringLiteral("Kwee & van Woerden - RIGHT-CLICK AT START (left end) OF RANGE."),
+                                   {{"Label7", "Left index:"},
+                                    {"Label9", "Right index:"},
+                                    {"Label11", "Stepp"},
+                                    {"Text1", "1"},
+                                    {"Label12", "Frac"},
+                                    {"Text2", ".9"},
+                                    {"Command1", "Fit Kwee"},
+                                    {"Command2", "Undo"},
+                                    {"Command3", "Done"}}),
+                 QString());
         frmPlott4& w = frmPlott4::form();
-        QVERIFY(w.isVisible());
-        QCOMPARE(w.caption(), QStringLiteral("Kwee & van Woerden - RIGHT-CLICK AT START (left end) OF RANGE."));
-        const std::vector<std::pair<const char*, const char*>> texts = {
-            {"Label7", "Left index:"}, {"Label9", "Right index:"},
-            {"Label11", "Stepp"},      {"Text1", "1"},
-            {"Label12", "Frac"},       {"Text2", ".9"},
-            {"Command1", "Fit Kwee"},  {"Command2", "Undo"},
-            {"Command3", "Done"}};
-        for (const auto& [name, text] : texts)
-            QCOMPARE(w.controlText(QLatin1String(name)), QLatin1String(text));
-        QVERIFY(w.findChild<QMenu*>(QStringLiteral("mFile")));
         const PlotScale scale = CurrentScale();
-        QVERIFY(isColour(w.pixelAt(PlotX(scale, S().HJD(20)), PlotY(scale, S().Mag(20))), colours::red));
+        QVERIFY(isColour(w.pixelAt(PlotX(w.transform(), scale, S().HJD(20)), PlotY(w.transform(), scale, S().Mag(20))),
+                         colours::red));
         clickButton(w, "Command3");
         QVERIFY(w.isHidden());
     }

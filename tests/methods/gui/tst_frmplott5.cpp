@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "methods/gui/MethodEntries.h"
 #include "methods/fourier/gui/frmPlott5.h"
+#include "methods/gui/MethodStarts.h"
 #include "plotting/PlotBox.h"
 #include "runtime/Text.h"
 #include "session/MainForm.h"
 #include "session/Procedures.h"
 #include "session/Session.h"
-#include "support/gui/PixelChecks.h"
 #include "support/TestSupport.h"
+#include "support/gui/PixelChecks.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -32,10 +32,7 @@ std::vector<std::pair<double, double>> dipPoints()
     const double xo = 2451234.5678, w = 30, c = 12.5, a[5] = {0.3, 0.1, 0.04, 0.01, 0.003};
     for (int i = 0; i < 81; ++i) {
         const double t = 2451234.49 + 0.002 * i;
-        double m = c;
-        for (int k = 1; k <= 5; ++k)
-            m += a[k - 1] * (std::cos(k * w * (t - xo)) - 1);
-        points.push_back({t, m + 0.004 * std::sin(37.0 * i)});
+        points.push_back({t, test::fourierMag(t, xo, c, w, a) + 0.004 * std::sin(37.0 * i)});
     }
     return points;
 }
@@ -47,7 +44,6 @@ const QStringList nearStart = {"2451234.566", "12.45", "29", ".25", ".12", ".05"
 class FrmPlott5Test : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init();
     void opensWithDesignAndStartValues();
     void placementLineFive();
@@ -72,7 +68,7 @@ private:
     void click(QPushButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
     // The window opened, the range picked around the dip, the start values typed.
     void openAndPick();
-    double xOf(double t) const { return PlotX(CurrentScale(), t); }
+    double xOf(double t) const { return PlotX(m_form->transform(), CurrentScale(), t); }
 };
 
 void FrmPlott5Test::init()
@@ -87,7 +83,7 @@ void FrmPlott5Test::open()
     QVERIFY(test::loadText(test::csv(dipPoints())));
     S().RangeFirst = 1;
     S().RangeLast = S().NumPts;
-    StartFourier();
+    PressMethodButton(5);
     m_form = frmPlott5::existing();
     QVERIFY(m_form);
     QVERIFY(m_form->isVisible());
@@ -144,7 +140,7 @@ void FrmPlott5Test::opensWithDesignAndStartValues()
     QCOMPARE(actions.size(), 4);
     // The light curve: red points in a framed box.
     const Session& s = S();
-    QVERIFY(colourNear(*m_form, xOf(s.HJD(40)), PlotY(CurrentScale(), s.Mag(40)), colours::red));
+    QVERIFY(colourNear(*m_form, xOf(s.HJD(40)), PlotY(m_form->transform(), CurrentScale(), s.Mag(40)), colours::red));
     QVERIFY(isColour(m_form->pixelAt(s.PlotLeft, (s.PlotTop + s.PlotBottom) / 2), colours::black));
 }
 
@@ -159,7 +155,7 @@ void FrmPlott5Test::placementLineFive()
     S().WinPos(5, 4) = 7500;
     S().RangeFirst = 1;
     S().RangeLast = S().NumPts;
-    StartFourier();
+    PressMethodButton(5);
     m_form = frmPlott5::existing();
     QCOMPARE(m_form->width(), 10500 / TwipsPerPixel);
     QCOMPARE(m_form->height(), 7500 / TwipsPerPixel);
@@ -239,7 +235,8 @@ void FrmPlott5Test::updatePreviewsThickThenRedrawIsThin()
     QCOMPARE(S().Fourier.FourierPar(3), 29.0);
     const FourierState& f = S().Fourier;
     for (int i = 0; i <= 100; i += 10)
-        QVERIFY(colourNear(*m_form, xOf(f.CurveT(i)), PlotY(CurrentScale(), f.CurveM(i)), colours::blue));
+        QVERIFY(colourNear(*m_form, xOf(f.CurveT(i)), PlotY(m_form->transform(), CurrentScale(), f.CurveM(i)),
+                           colours::blue));
     const int thick = countPixels(m_form->picture(), colours::blue);
     // Focus redraws: the plot, then the same curve one stroke thin.
     m_form->Form_GotFocus();
@@ -247,7 +244,8 @@ void FrmPlott5Test::updatePreviewsThickThenRedrawIsThin()
     QVERIFY(thin > 0);
     QVERIFY2(thick > thin * 3 / 2, qPrintable(QStringLiteral("thick %1, thin %2").arg(thick).arg(thin)));
     for (int i = 0; i <= 100; i += 10)
-        QVERIFY(colourNear(*m_form, xOf(f.CurveT(i)), PlotY(CurrentScale(), f.CurveM(i)), colours::blue));
+        QVERIFY(colourNear(*m_form, xOf(f.CurveT(i)), PlotY(m_form->transform(), CurrentScale(), f.CurveM(i)),
+                           colours::blue));
     m_form->Form_LostFocus();
     QCOMPARE(countPixels(m_form->picture(), colours::blue), thin);
 }
@@ -266,7 +264,8 @@ void FrmPlott5Test::fitPublishesAndRewritesBoxes()
     QCOMPARE(m_form->windowTitle(), QStringLiteral("Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."));
     for (int k = 1; k <= 8; ++k)
         QCOMPARE(m_form->Text1(k)->text(), FormatFixed(f.FourierPar(k), 9, 5));
-    QVERIFY(colourNear(*m_form, xOf(f.CurveT(50)), PlotY(CurrentScale(), f.CurveM(50)), colours::blue));
+    QVERIFY(colourNear(*m_form, xOf(f.CurveT(50)), PlotY(m_form->transform(), CurrentScale(), f.CurveM(50)),
+                       colours::blue));
 }
 
 void FrmPlott5Test::secondFitDoesNothing()
@@ -336,7 +335,7 @@ void FrmPlott5Test::doneAndExitHide()
     click(m_form->Command4());
     QVERIFY(!m_form->isVisible());
     QCOMPARE(mainForm().text(5), time);
-    StartFourier();
+    PressMethodButton(5);
     QVERIFY(m_form->isVisible());
     m_form->mExit_Click();
     QVERIFY(!m_form->isVisible());
@@ -349,12 +348,13 @@ void FrmPlott5Test::reopenRedrawsMarkersAndCurve()
     click(m_form->Command1());
     click(m_form->Command2());
     click(m_form->Command4());
-    StartFourier();
+    PressMethodButton(5);
     const RangePick& r = S().Fourier.Range;
     QVERIFY(colourNear(*m_form, xOf(r.LeftHJD), S().PlotTop + 300, colours::purple));
     QVERIFY(colourNear(*m_form, xOf(r.RightHJD), S().PlotTop + 300, colours::purple));
     const FourierState& f = S().Fourier;
-    QVERIFY(colourNear(*m_form, xOf(f.CurveT(50)), PlotY(CurrentScale(), f.CurveM(50)), colours::blue));
+    QVERIFY(colourNear(*m_form, xOf(f.CurveT(50)), PlotY(m_form->transform(), CurrentScale(), f.CurveM(50)),
+                       colours::blue));
     // The caption and the boxes stay as the fit left them.
     QCOMPARE(m_form->windowTitle(), QStringLiteral("Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."));
     QCOMPARE(m_form->Text1(3)->text(), FormatFixed(f.FourierPar(3), 9, 5));
@@ -365,7 +365,7 @@ void FrmPlott5Test::focusChangesRedraw()
     openAndPick();
     click(m_form->Command1());
     click(m_form->Command4());
-    StartFourier();
+    PressMethodButton(5);
     // Being shown is no change of focus: the markers the button drew stay.
     m_form->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_form));

@@ -8,6 +8,7 @@
 #include "session/MainForm.h"
 #include "session/Session.h"
 #include "support/TestSupport.h"
+#include "support/gui/PixelChecks.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -16,6 +17,9 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::colourNear;
+using dip::test::isColour;
+using dip::test::twelvePoints;
 
 namespace {
 
@@ -35,30 +39,11 @@ Points dipPoints()
     return points;
 }
 
-// Twelve points: t = 1000.1 + 0.01 i, m = 11 + 0.01 i, one of them much fainter.
-Points twelvePoints()
-{
-    Points points;
-    for (int i = 1; i <= 12; ++i)
-        points.push_back({1000.1 + 0.01 * i, 11.0 + 0.01 * i + (i == 6 ? 0.5 : 0.0)});
-    return points;
-}
-
-bool isColour(const QColor& c, Rgb rgb) { return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b; }
-
-// Whether a pixel within one pixel of a form position has the colour (lines fall on the
-// nearest pixel column or row, whichever way the twips round).
-bool colourNear(const PlotWindow& form, double x, double y, Rgb rgb)
-{
-    for (int dx = -1; dx <= 1; ++dx)
-        for (int dy = -1; dy <= 1; ++dy)
-            if (isColour(form.pixelAt(x + dx * TwipsPerPixel, y + dy * TwipsPerPixel), rgb))
-                return true;
-    return false;
-}
-
-double xOf(int i) { return PlotX(FullScale(), S().OrigHJD(i)); }
-double yOf(int i) { return PlotY(FullScale(), S().OrigMag(i)); }
+// Where the editor's own last drawing put a time or a magnitude.
+double xAt(double t) { return PlotX(PlotDataWindow().transform(), FullScale(), t); }
+double yAt(double m) { return PlotY(PlotDataWindow().transform(), FullScale(), m); }
+double xOf(int i) { return xAt(S().OrigHJD(i)); }
+double yOf(int i) { return yAt(S().OrigMag(i)); }
 
 void click(Qt::MouseButton button, double x, double y)
 {
@@ -80,7 +65,6 @@ public:
 class PlotDataTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init();
     void captionAndPlacement();
     void actionControls();
@@ -137,7 +121,7 @@ void PlotDataTest::captionAndPlacement()
     QCOMPARE(int(s.WinPos(7, 3)), 9900);
     QCOMPARE(int(s.WinPos(7, 4)), 6300);
     QCOMPARE(s.PlotRight, double(rt::CInt(form.formWidth())) - 415);
-    QVERIFY(colourNear(form, PlotX(FullScale(), 11.75), s.PlotBottom, colours::black));
+    QVERIFY(colourNear(form, xAt(11.75), s.PlotBottom, colours::black));
     QVERIFY(colourNear(form, xOf(21), yOf(21), colours::red));
 }
 
@@ -164,13 +148,13 @@ void PlotDataTest::pixelsWhereTheTransformSays()
     for (const int i : {1, 6, 11, 17, 21})
         QVERIFY2(colourNear(form, xOf(i), yOf(i), colours::red), qPrintable(QString::number(i)));
     // The frame: black on the top edge between two grid lines, and on the bottom edge.
-    const double between = PlotX(FullScale(), 10.25);
+    const double between = xAt(10.25);
     QVERIFY(colourNear(form, between, s.PlotTop, colours::black));
     QVERIFY(colourNear(form, between, s.PlotBottom, colours::black));
     // A grid line inside the box: light grey at time 11.5, half-way between two points.
-    QVERIFY(colourNear(form, PlotX(FullScale(), 11.5), PlotY(FullScale(), 11.1), colours::lightGrey));
+    QVERIFY(colourNear(form, xAt(11.5), yAt(11.1), colours::lightGrey));
     // Inside the box away from everything: white.
-    QVERIFY(isColour(form.pixelAt(PlotX(FullScale(), 10.75), PlotY(FullScale(), 11.1)), colours::white));
+    QVERIFY(isColour(form.pixelAt(xAt(10.75), yAt(11.1)), colours::white));
 
     // A deleted point: a red cross, its strokes 100 twips each way; its disc is gone.
     click(Qt::LeftButton, xOf(6), yOf(6));
@@ -188,11 +172,11 @@ void PlotDataTest::gridLinesOnTheEdges()
     QCOMPARE(s.FullHJDMin, 10.0);
     QCOMPARE(s.FullHJDMax, 12.0);
     QCOMPARE(ComputeGridStep(s.FullHJDRange).step, 0.5f);
-    QCOMPARE(PlotX(FullScale(), 10.0), s.PlotLeft);
-    QCOMPARE(PlotX(FullScale(), 12.0), s.PlotRight);
+    QCOMPARE(xAt(10.0), s.PlotLeft);
+    QCOMPARE(xAt(12.0), s.PlotRight);
     // Between two magnitude ticks, the left and right edges show the grid's grey, drawn over
     // the frame's black.
-    const double y = PlotY(FullScale(), 11.1);
+    const double y = yAt(11.1);
     for (const double x : {s.PlotLeft, s.PlotRight}) {
         QVERIFY(colourNear(form, x, y, colours::lightGrey));
         QVERIFY(!colourNear(form, x, y, colours::black));
@@ -300,7 +284,7 @@ void PlotDataTest::clickFarFromEveryPoint()
 {
     // 300 days across: a click in the middle is 150 days from both points.
     frmPlotData& form = open(Points{{0.002, 11.0}, {300.0, 11.5}});
-    const double x = PlotX(FullScale(), 150.0);
+    const double x = xAt(150.0);
     click(Qt::LeftButton, x, yOf(1));
     QVERIFY(ActionWindow().isVisible());
     QCOMPARE(int(S().PickIdx), 0);

@@ -3,6 +3,7 @@
 #include "plotting/gui/PlotWindow.h"
 #include "session/Session.h"
 #include "support/TestSupport.h"
+#include "support/gui/PixelChecks.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -36,7 +37,7 @@ protected:
     }
 };
 
-bool isColour(const QColor& c, Rgb rgb) { return c.red() == rgb.r && c.green() == rgb.g && c.blue() == rgb.b; }
+using test::isColour;
 
 } // namespace
 

@@ -103,7 +103,6 @@ void recordLog(QtMsgType, const QMessageLogContext& context, const QString& mess
 class PrintingTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase() { QLocale::setDefault(QLocale::c()); }
     void init();
     void cleanup() { SetPrinterSystem(QtPrinterSystem()); }
     void printsTheWindowOnOnePage();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "methods/gui/MethodEntries.h"
 #include "methods/fourier/gui/frmPlott5.h"
+#include "methods/gui/MethodStarts.h"
 
 namespace dip {
 

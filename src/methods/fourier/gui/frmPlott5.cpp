@@ -150,7 +150,7 @@ void frmPlott5::Form_Resize()
 
 void frmPlott5::Form_MouseDown(int button, int, double x, double y) { fourierMouseDown(m_view, button, x, y); }
 
-void frmPlott5::Form_MouseMove(int, int, double x, double y) { setMousePointer(int(pointerAt(x, y))); }
+void frmPlott5::Form_MouseMove(int, int, double x, double y) { setMousePointer(int(pointerAt(transform(), x, y))); }
 
 // The window taking or losing the focus redraws. The activation that comes with showing the
 // window is not a change of focus of its own: the method button has just drawn the plot with

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "methods/gui/MethodEntries.h"
+#include "methods/gui/MethodStarts.h"
 
 #include "methods/kwee/gui/frmPlott4.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "methods/gui/MethodEntries.h"
+#include "methods/gui/MethodStarts.h"
 #include "methods/tracing/TracingPaper.h"
 #include "methods/tracing/gui/frmPlott2.h"
 
@@ -9,8 +9,7 @@ namespace dip {
 void StartTracingPaper()
 {
     frmPlott2& form = frmPlott2::form();
-    setTracingPaperWindow(&form, &form);
-    OpenTracingPaper();
+    OpenTracingPaper(form.view());
 }
 
 } // namespace dip

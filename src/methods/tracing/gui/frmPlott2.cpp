@@ -97,8 +97,6 @@ frmPlott2::frmPlott2() : PlotWindow(2)
     connect(m_command2, &QPushButton::clicked, this, [this] { Command2_Click(); });
     connect(m_command3, &QPushButton::clicked, this, [this] { Command3_Click(); });
     connect(m_command4, &QPushButton::clicked, this, [this] { Command4_Click(); });
-    setTracingPaperWindow(this, this);
-
     // Reached with Tab after "Done", and moved with the keys.
     m_scroll->setFocusPolicy(Qt::StrongFocus);
     pressOnEnter(QStringLiteral("Text1"), QStringLiteral("Command1"));
@@ -110,11 +108,7 @@ frmPlott2::frmPlott2() : PlotWindow(2)
     setMinimumFormSize(std::max(right + ControlMargin, StandardMinimumWidth), 242 + MinPlotHeight + 2100);
 }
 
-frmPlott2::~frmPlott2()
-{
-    if (&tracingPaperForm() == static_cast<FormPort*>(this))
-        setTracingPaperWindow(nullptr, nullptr);
-}
+frmPlott2::~frmPlott2() = default;
 
 void frmPlott2::Form_Load()
 {
@@ -132,7 +126,7 @@ void frmPlott2::Form_Load()
 void frmPlott2::Form_Resize()
 {
     // The placement is already stored by the base; clear and redraw.
-    PlotTracingPaper();
+    PlotTracingPaper(view());
 }
 
 void frmPlott2::showForm() { PlotWindow::showForm(); }
@@ -143,16 +137,16 @@ int frmPlott2::scrollValue() const { return m_scroll->value(); }
 
 void frmPlott2::setScrollValue(int value) { m_scroll->setValue(value); }
 
-void frmPlott2::HScroll1_Scroll() { FoldFromScrollBar(); }
+void frmPlott2::HScroll1_Scroll() { FoldFromScrollBar(view()); }
 
 // Arrow clicks, trough clicks, keys and drags all act alike.
 void frmPlott2::HScroll1_Change() { HScroll1_Scroll(); }
 
-void frmPlott2::Command1_Click() { UpdateFold(); }
+void frmPlott2::Command1_Click() { UpdateFold(view()); }
 
-void frmPlott2::Command2_Click() { SmoothFold(); }
+void frmPlott2::Command2_Click() { SmoothFold(view()); }
 
-void frmPlott2::Command3_Click() { UndoSmoothFold(); }
+void frmPlott2::Command3_Click() { UndoSmoothFold(view()); }
 
 // The published result stays in the main window.
 void frmPlott2::Command4_Click() { hide(); }

@@ -32,6 +32,9 @@ public:
     int scrollValue() const override;
     void setScrollValue(int value) override;
 
+    // The window as the procedures see it.
+    TracingPaperView view() { return {*this, *this}; }
+
     QScrollBar* HScroll1() const { return m_scroll; }
 
     // Handlers.
