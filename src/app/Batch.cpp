@@ -2,6 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "app/Batch.h"
 
+#include "app/CommandLine.h"
+
 #include "analysis/BatchMethods.h"
 #include "analysis/BatchOutput.h"
 #include "analysis/CurveCsv.h"
@@ -42,10 +44,6 @@ const char* const usageText =
     "Exit status: 0 all files timed, 1 a file was skipped, 2 the output or plot could not be\n"
     "written, 64 a bad command line.\n";
 
-struct UsageError {
-    QString what;
-};
-
 enum class Format { Csv, Jsonl };
 
 struct Options {
@@ -58,77 +56,42 @@ struct Options {
     OcAxis plotAxis = OcAxis::Cycle;
 };
 
-double number(const QString& option, const QString& text)
-{
-    bool ok = false;
-    const double x = text.trimmed().toDouble(&ok);
-    if (!ok || !std::isfinite(x))
-        throw UsageError{QStringLiteral("%1: '%2' is not a number").arg(option, text)};
-    return x;
-}
-
-int whole(const QString& option, const QString& text, int least)
-{
-    bool ok = false;
-    const int n = text.trimmed().toInt(&ok);
-    if (!ok || n < least)
-        throw UsageError{
-            QStringLiteral("%1: '%2' is not a whole number of at least %3").arg(option, text, QString::number(least))};
-    return n;
-}
-
 Options parseOptions(const QStringList& arguments)
 {
     Options o;
     o.settings.threads = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
     std::optional<double> halfWidth;
-    for (int i = 0; i < arguments.size(); ++i) {
-        QString arg = arguments[i];
-        if (!arg.startsWith(QLatin1String("--"))) {
-            o.files << arg;
+    CommandLine line(arguments);
+    while (line.next()) {
+        if (line.isOperand()) {
+            o.files << line.operand();
             continue;
         }
-        std::optional<QString> inlineValue;
-        const int eq = arg.indexOf(QLatin1Char('='));
-        if (eq >= 0) {
-            inlineValue = arg.mid(eq + 1);
-            arg = arg.left(eq);
-        }
-        auto flag = [&]() {
-            if (inlineValue)
-                throw UsageError{QStringLiteral("%1 takes no value").arg(arg)};
-        };
-        auto value = [&]() -> QString {
-            if (inlineValue)
-                return *inlineValue;
-            if (i + 1 >= arguments.size())
-                throw UsageError{QStringLiteral("%1 needs a value").arg(arg)};
-            return arguments[++i];
-        };
+        const QString arg = line.option();
         EclipseSettings& e = o.settings.eclipses;
         if (arg == QLatin1String("--ephemeris")) {
-            const QStringList parts = value().split(QLatin1Char(','));
+            const QStringList parts = line.value().split(QLatin1Char(','));
             if (parts.size() != 2)
                 throw UsageError{QStringLiteral("--ephemeris takes T0,P")};
-            e.ephemeris.t0 = number(arg, parts[0]);
-            e.ephemeris.period = number(arg, parts[1]);
+            e.ephemeris.t0 = line.number(parts[0]);
+            e.ephemeris.period = line.number(parts[1]);
             if (!(e.ephemeris.period > 0))
                 throw UsageError{QStringLiteral("--ephemeris: the period must be positive")};
             o.haveEphemeris = true;
         } else if (arg == QLatin1String("--secondary")) {
-            flag();
+            line.flag();
             e.secondaries = true;
             e.ephemeris.secondaryAtHalf = true;
         } else if (arg == QLatin1String("--half-width")) {
-            const QString v = value();
+            const QString v = line.value();
             if (v == QLatin1String("auto"))
                 halfWidth.reset();
-            else if (!((halfWidth = number(arg, v)) > 0.0))
+            else if (!((halfWidth = line.number(v)) > 0.0))
                 throw UsageError{QStringLiteral("--half-width must be positive or auto")};
         } else if (arg == QLatin1String("--methods")) {
             std::vector<int> methods;
-            for (const QString& part : value().split(QLatin1Char(','))) {
-                const int m = whole(arg, part, 1);
+            for (const QString& part : line.value().split(QLatin1Char(','))) {
+                const int m = line.whole(part, 1);
                 if (!isBatchMethod(m))
                     throw UsageError{QStringLiteral("--methods: %1 is not one of 1, 3, 4, 5, 6").arg(m)};
                 if (std::find(methods.begin(), methods.end(), m) != methods.end())
@@ -137,11 +100,11 @@ Options parseOptions(const QStringList& arguments)
             }
             o.settings.methods = methods;
         } else if (arg == QLatin1String("--min-branch")) {
-            e.minBranchPoints = whole(arg, value(), 1);
+            e.minBranchPoints = line.whole(line.value(), 1);
         } else if (arg == QLatin1String("--output")) {
-            o.output = value();
+            o.output = line.value();
         } else if (arg == QLatin1String("--format")) {
-            const QString v = value();
+            const QString v = line.value();
             if (v == QLatin1String("csv"))
                 o.format = Format::Csv;
             else if (v == QLatin1String("jsonl"))
@@ -149,11 +112,11 @@ Options parseOptions(const QStringList& arguments)
             else
                 throw UsageError{QStringLiteral("--format is csv or jsonl")};
         } else if (arg == QLatin1String("--plot")) {
-            o.plot = value();
+            o.plot = line.value();
             if (!plotFormatFor(o.plot))
                 throw UsageError{QStringLiteral("--plot: a plot is written as .png, .svg or .pdf")};
         } else if (arg == QLatin1String("--plot-against")) {
-            const QString v = value();
+            const QString v = line.value();
             if (v == QLatin1String("cycle"))
                 o.plotAxis = OcAxis::Cycle;
             else if (v == QLatin1String("time"))
@@ -161,11 +124,11 @@ Options parseOptions(const QStringList& arguments)
             else
                 throw UsageError{QStringLiteral("--plot-against is cycle or time")};
         } else if (arg == QLatin1String("--threads")) {
-            o.settings.threads = whole(arg, value(), 1);
+            o.settings.threads = line.whole(line.value(), 1);
         } else if (arg == QLatin1String("--bootstrap")) {
-            o.settings.bootstrap = whole(arg, value(), 0);
+            o.settings.bootstrap = line.whole(line.value(), 0);
         } else {
-            throw UsageError{QStringLiteral("unknown option %1").arg(arg)};
+            line.unknown();
         }
     }
     if (!o.haveEphemeris)
@@ -181,8 +144,6 @@ Options parseOptions(const QStringList& arguments)
     e.halfWidth = halfWidth.value_or(0);
     return o;
 }
-
-void print(std::FILE* f, const QString& s) { std::fputs(s.toUtf8().constData(), f); }
 
 // "[#####.....] 45/100 eclipses" on one line of a terminal, redrawn at most every 0.1 s.
 class ProgressBar {

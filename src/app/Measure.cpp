@@ -2,6 +2,9 @@
 // Copyright (c) the Dipscope developers
 #include "app/Measure.h"
 
+#include "analysis/JsonText.h"
+#include "app/CommandLine.h"
+
 #include "mainwindow/Means.h"
 #include "mainwindow/StartUp.h"
 #include "methods/MethodRegistry.h"
@@ -33,10 +36,6 @@ const char* const usageText =
     "(and the Fourier window's boxes after its fit).\n"
     "Options take their value as the next argument or after '='.\n";
 
-struct UsageError {
-    QString what;
-};
-
 struct Options {
     QString file;
     bool inverted = false;
@@ -51,21 +50,6 @@ struct Options {
 
 const int KweeRow = 4;
 const int FourierRow = 5;
-
-std::vector<double> parseTimes(const QString& option, const QString& value, int count)
-{
-    const QStringList parts = value.split(QLatin1Char(','));
-    if (parts.size() != count)
-        throw UsageError{QStringLiteral("%1 takes %2 comma-separated times").arg(option).arg(count)};
-    std::vector<double> times;
-    for (const QString& part : parts) {
-        double t = 0;
-        if (!rt::parseNumber(part, &t))
-            throw UsageError{QStringLiteral("%1: '%2' is not a number").arg(option, part)};
-        times.push_back(t);
-    }
-    return times;
-}
 
 std::vector<long long> parseIndexes(const QString& value)
 {
@@ -84,68 +68,51 @@ Options parseOptions(const QStringList& arguments)
 {
     Options o;
     bool haveFile = false;
-    for (int i = 0; i < arguments.size(); ++i) {
-        QString arg = arguments[i];
-        if (!arg.startsWith(QLatin1String("--")) || arg == QLatin1String("--")) {
+    CommandLine line(arguments);
+    while (line.next()) {
+        if (line.isOperand(true)) {
             if (haveFile)
                 throw UsageError{QStringLiteral("more than one FILE given")};
-            o.file = arg;
+            o.file = line.operand();
             haveFile = true;
             continue;
         }
-        std::optional<QString> inlineValue;
-        const int eq = arg.indexOf(QLatin1Char('='));
-        if (eq >= 0) {
-            inlineValue = arg.mid(eq + 1);
-            arg = arg.left(eq);
-        }
-        auto flag = [&]() {
-            if (inlineValue)
-                throw UsageError{QStringLiteral("%1 takes no value").arg(arg)};
-        };
-        auto value = [&]() -> QString {
-            if (inlineValue)
-                return *inlineValue;
-            if (i + 1 >= arguments.size())
-                throw UsageError{QStringLiteral("%1 needs a value").arg(arg)};
-            return arguments[++i];
-        };
         const MethodEntry* method = nullptr;
         for (const MethodEntry& m : Methods())
-            if (arg == QLatin1String(m.option))
+            if (line.is(m.option))
                 method = &m;
         if (method) {
             // A method's own option: a flag, a text or a number of times.
             ReplayRequest& request = o.requests[method->row];
             if (method->optionArguments == 0)
-                flag();
+                line.flag();
             else if (method->optionArguments < 0)
-                request.text = value();
+                request.text = line.value();
             else
-                request.clicks = parseTimes(arg, value(), method->optionArguments);
+                request.clicks = line.numbers(line.value(), method->optionArguments);
             o.asked[method->row] = true;
-        } else if (arg == QLatin1String("--inverted")) {
-            flag();
+        } else if (line.is("--inverted")) {
+            line.flag();
             o.inverted = true;
-        } else if (arg == QLatin1String("--json")) {
-            flag();
+        } else if (line.is("--json")) {
+            line.flag();
             o.json = true;
-        } else if (arg == QLatin1String("--delete")) {
-            const std::vector<long long> more = parseIndexes(value());
+        } else if (line.is("--delete")) {
+            const std::vector<long long> more = parseIndexes(line.value());
             o.deletes.insert(o.deletes.end(), more.begin(), more.end());
-        } else if (arg == QLatin1String("--stepp")) {
-            o.requests[KweeRow].stepp = value();
+        } else if (line.is("--stepp")) {
+            o.requests[KweeRow].stepp = line.value();
             o.steppGiven = true;
-        } else if (arg == QLatin1String("--frac")) {
-            o.requests[KweeRow].frac = value();
+        } else if (line.is("--frac")) {
+            o.requests[KweeRow].frac = line.value();
             o.fracGiven = true;
-        } else if (arg == QLatin1String("--fourier-start")) {
-            const QStringList texts = value().split(QLatin1Char(','));
+        } else if (line.is("--fourier-start")) {
+            const QStringList texts = line.value().split(QLatin1Char(','));
             if (texts.size() != 8)
                 throw UsageError{QStringLiteral("--fourier-start takes 8 comma-separated values")};
             o.requests[FourierRow].fourierStart = texts;
         } else {
-            throw UsageError{QStringLiteral("unknown option %1").arg(arg)};
+            line.unknown();
         }
     }
     if (!haveFile)
@@ -156,35 +123,6 @@ Options parseOptions(const QStringList& arguments)
         throw UsageError{QStringLiteral("--fourier-start goes with --fourier")};
     return o;
 }
-
-QString jsonString(const QString& s)
-{
-    QString out = QStringLiteral("\"");
-    for (const QChar c : s) {
-        switch (c.unicode()) {
-        case '"': out += QLatin1String("\\\""); break;
-        case '\\': out += QLatin1String("\\\\"); break;
-        case '\n': out += QLatin1String("\\n"); break;
-        case '\r': out += QLatin1String("\\r"); break;
-        case '\t': out += QLatin1String("\\t"); break;
-        default:
-            if (c.unicode() < 0x20)
-                out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
-            else
-                out += c;
-        }
-    }
-    return out + QLatin1Char('"');
-}
-
-QString jsonNumber(double x)
-{
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.17g", x);
-    return QString::fromLatin1(buffer);
-}
-
-void print(std::FILE* f, const QString& s) { std::fputs(s.toUtf8().constData(), f); }
 
 struct Row {
     int method;

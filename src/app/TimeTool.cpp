@@ -2,6 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "app/TimeTool.h"
 
+#include "app/CommandLine.h"
+
 #include "times/JulianDate.h"
 #include "times/SkyPosition.h"
 #include "times/TimeConversion.h"
@@ -24,18 +26,12 @@ const char* const usageText =
     "  LAT,LON,HEIGHT  degrees north, degrees EAST, metres (49.4,8.7,560)\n"
     "Options take their value as the next argument or after '='.\n";
 
-struct UsageError {
-    QString what;
-};
-
 struct Options {
     std::optional<TimeSystem> from, to;
     std::optional<times::Star> star;
     std::optional<times::Site> site;
     std::vector<times::JulianDate> times;
 };
-
-void print(std::FILE* f, const QString& s) { std::fputs(s.toUtf8().constData(), f); }
 
 TimeSystem systemValue(const QString& option, const QString& value)
 {
@@ -49,47 +45,35 @@ Options parseOptions(const QStringList& arguments)
 {
     Options o;
     std::optional<times::Angle> ra, dec;
-    for (int i = 0; i < arguments.size(); ++i) {
-        QString arg = arguments[i];
-        if (!arg.startsWith(QLatin1String("--"))) {
+    CommandLine line(arguments);
+    while (line.next()) {
+        if (line.isOperand()) {
             times::JulianDate t;
-            if (!times::parseJulianDate(arg, &t))
-                throw UsageError{QStringLiteral("'%1' is not a Julian date").arg(arg)};
+            if (!times::parseJulianDate(line.operand(), &t))
+                throw UsageError{QStringLiteral("'%1' is not a Julian date").arg(line.operand())};
             o.times.push_back(t);
             continue;
         }
-        std::optional<QString> inlineValue;
-        const int eq = arg.indexOf(QLatin1Char('='));
-        if (eq >= 0) {
-            inlineValue = arg.mid(eq + 1);
-            arg = arg.left(eq);
-        }
-        auto value = [&]() -> QString {
-            if (inlineValue)
-                return *inlineValue;
-            if (i + 1 >= arguments.size())
-                throw UsageError{QStringLiteral("%1 needs a value").arg(arg)};
-            return arguments[++i];
-        };
+        const QString arg = line.option();
         if (arg == QLatin1String("--from")) {
-            o.from = systemValue(arg, value());
+            o.from = systemValue(arg, line.value());
         } else if (arg == QLatin1String("--to")) {
-            o.to = systemValue(arg, value());
+            o.to = systemValue(arg, line.value());
         } else if (arg == QLatin1String("--ra")) {
-            ra = times::parseRightAscension(value());
+            ra = times::parseRightAscension(line.value());
             if (!ra->ok)
                 throw UsageError{ra->error};
         } else if (arg == QLatin1String("--dec")) {
-            dec = times::parseDeclination(value());
+            dec = times::parseDeclination(line.value());
             if (!dec->ok)
                 throw UsageError{dec->error};
         } else if (arg == QLatin1String("--site")) {
-            const times::ParsedSite site = times::parseSite(value());
+            const times::ParsedSite site = times::parseSite(line.value());
             if (!site.ok)
                 throw UsageError{site.error};
             o.site = site.site;
         } else {
-            throw UsageError{QStringLiteral("unknown option %1").arg(arg)};
+            line.unknown();
         }
     }
     if (!o.from || !o.to)
