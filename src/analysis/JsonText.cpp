@@ -34,4 +34,12 @@ QString jsonNumber(double x)
     return QString::number(x, 'g', 17);
 }
 
+JsonObject& JsonObject::add(const QString& key, const QString& json)
+{
+    m_members << jsonString(key) + QStringLiteral(": ") + json;
+    return *this;
+}
+
+QString JsonObject::text() const { return QLatin1Char('{') + m_members.join(QLatin1String(", ")) + QLatin1Char('}'); }
+
 } // namespace dip

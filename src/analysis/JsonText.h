@@ -6,6 +6,7 @@
 // digits of the numbers are ours.
 
 #include <QString>
+#include <QStringList>
 
 namespace dip {
 
@@ -15,5 +16,17 @@ QString jsonString(const QString& s);
 // A number with 17 significant digits (it reads back to the same double); null when it is not
 // finite, which JSON cannot say.
 QString jsonNumber(double x);
+
+// A JSON object written in the order its members are added, each value already JSON text
+// (jsonString, jsonNumber, a nested object's text ...).
+class JsonObject {
+public:
+    JsonObject& add(const QString& key, const QString& json);
+    QString text() const;
+    bool isEmpty() const { return m_members.isEmpty(); }
+
+private:
+    QStringList m_members;
+};
 
 } // namespace dip

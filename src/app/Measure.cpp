@@ -3,7 +3,9 @@
 #include "app/Measure.h"
 
 #include "analysis/JsonText.h"
+#include "analysis/Toolkit.h"
 #include "app/CommandLine.h"
+#include "app/MeasureFeature.h"
 
 #include "mainwindow/Means.h"
 #include "mainwindow/StartUp.h"
@@ -38,6 +40,7 @@ const char* const usageText =
 
 struct Options {
     QString file;
+    std::vector<std::unique_ptr<MeasureFeature>> features = MeasureFeatures();
     bool inverted = false;
     bool json = false;
     std::vector<long long> deletes;
@@ -77,6 +80,12 @@ Options parseOptions(const QStringList& arguments)
             haveFile = true;
             continue;
         }
+        bool taken = false;
+        for (const std::unique_ptr<MeasureFeature>& feature : o.features)
+            if (!taken && feature->parse(line))
+                taken = true;
+        if (taken)
+            continue;
         const MethodEntry* method = nullptr;
         for (const MethodEntry& m : Methods())
             if (line.is(m.option))
@@ -121,47 +130,65 @@ Options parseOptions(const QStringList& arguments)
         throw UsageError{QStringLiteral("--stepp and --frac go with --kwee")};
     if (o.requests[FourierRow].fourierStart && !o.asked[FourierRow])
         throw UsageError{QStringLiteral("--fourier-start goes with --fourier")};
+    for (const std::unique_ptr<MeasureFeature>& feature : o.features)
+        feature->check();
     return o;
 }
 
-struct Row {
-    int method;
+struct Row : MeasureRow {
     ReplayResult result;
 };
 
-void printJson(std::FILE* out, const std::vector<Row>& rows)
+std::vector<MeasureRow> measureRows(const std::vector<Row>& rows)
+{
+    return std::vector<MeasureRow>(rows.begin(), rows.end());
+}
+
+void printJson(std::FILE* out, const std::vector<Row>& rows, const Options& o)
 {
     const Session& s = S();
     MainForm& form = mainForm();
-    QString json = QStringLiteral("{\"NumOrig\": %1, \"NumPts\": %2, \"results\": [").arg(s.NumOrig).arg(s.NumPts);
-    bool first = true;
+    QStringList results;
     for (const Row& row : rows) {
-        if (!first)
-            json += QLatin1String(", ");
-        first = false;
-        json += QStringLiteral("{\"method\": %1, ").arg(row.method);
-        if (row.result.trappedError != 0)
-            json += QStringLiteral("\"trapped_error\": %1, ").arg(row.result.trappedError);
-        else
-            json += QStringLiteral("\"time\": %1, \"error\": %2, ")
-                        .arg(jsonNumber(row.result.time), jsonNumber(row.result.error));
-        json += QStringLiteral("\"time_text\": %1, \"error_text\": %2")
-                    .arg(jsonString(form.text(row.method)), jsonString(form.text(row.method + 6)));
+        JsonObject result;
+        result.add(QStringLiteral("method"), QString::number(row.method));
+        if (row.result.trappedError != 0) {
+            result.add(QStringLiteral("trapped_error"), QString::number(row.result.trappedError));
+        } else {
+            result.add(QStringLiteral("time"), jsonNumber(row.result.time));
+            result.add(QStringLiteral("error"), jsonNumber(row.result.error));
+        }
+        result.add(QStringLiteral("time_text"), jsonString(form.text(row.method)));
+        result.add(QStringLiteral("error_text"), jsonString(form.text(row.method + 6)));
         if (!row.result.extraTexts.isEmpty()) {
             QStringList boxes;
             for (const QString& box : row.result.extraTexts)
                 boxes << jsonString(box);
-            json += QStringLiteral(", \"boxes\": [%1]").arg(boxes.join(QLatin1String(", ")));
+            result.add(QStringLiteral("boxes"), QLatin1Char('[') + boxes.join(QLatin1String(", ")) + QLatin1Char(']'));
         }
-        json += QLatin1Char('}');
+        for (const std::unique_ptr<MeasureFeature>& feature : o.features)
+            feature->addJson(result, row);
+        results << result.text();
     }
-    json += QStringLiteral("], \"means\": {\"simple\": %1, \"weighted\": %2, \"std_error\": %3, \"std_dev\": %4}}\n")
-                .arg(jsonString(form.text(13)), jsonString(form.text(14)), jsonString(form.text(15)),
-                     jsonString(form.text(16)));
-    print(out, json);
+    JsonObject means;
+    means.add(QStringLiteral("simple"), jsonString(form.text(13)));
+    means.add(QStringLiteral("weighted"), jsonString(form.text(14)));
+    means.add(QStringLiteral("std_error"), jsonString(form.text(15)));
+    means.add(QStringLiteral("std_dev"), jsonString(form.text(16)));
+    for (const std::unique_ptr<MeasureFeature>& feature : o.features)
+        feature->addMeansJson(means);
+
+    JsonObject run;
+    run.add(QStringLiteral("NumOrig"), QString::number(s.NumOrig));
+    run.add(QStringLiteral("NumPts"), QString::number(s.NumPts));
+    run.add(QStringLiteral("results"), QLatin1Char('[') + results.join(QLatin1String(", ")) + QLatin1Char(']'));
+    run.add(QStringLiteral("means"), means.text());
+    for (const std::unique_ptr<MeasureFeature>& feature : o.features)
+        feature->addJson(run);
+    print(out, run.text() + QLatin1Char('\n'));
 }
 
-void printTable(std::FILE* out, const std::vector<Row>& rows)
+void printTable(std::FILE* out, const std::vector<Row>& rows, const Options& o)
 {
     MainForm& form = mainForm();
     QString t;
@@ -203,6 +230,8 @@ void printTable(std::FILE* out, const std::vector<Row>& rows)
         for (int k = 0; k < row.result.extraTexts.size(); ++k)
             t += QStringLiteral("  %1\"%2\"\n").arg(names.value(k), -12).arg(row.result.extraTexts[k]);
     }
+    for (const std::unique_ptr<MeasureFeature>& feature : o.features)
+        t += feature->tableLines(measureRows(rows));
     print(out, t);
 }
 
@@ -215,7 +244,7 @@ std::vector<Row> replayMethods(const Options& o)
             continue;
         const ReplayResult r = ReplayMethod(method.row, o.requests[method.row]);
         if (r.published || r.trappedError != 0)
-            rows.push_back({method.row, r});
+            rows.push_back(Row{{method.row}, r});
     }
     return rows;
 }
@@ -230,6 +259,8 @@ int RunMeasure(const QStringList& arguments, std::FILE* out, std::FILE* err)
     } catch (const UsageError& e) {
         print(err, QStringLiteral("dipscope-measure: %1\n").arg(e.what));
         std::fputs(usageText, err);
+        for (const std::unique_ptr<MeasureFeature>& feature : MeasureFeatures())
+            print(err, feature->usage());
         return 64;
     }
 
@@ -240,18 +271,35 @@ int RunMeasure(const QStringList& arguments, std::FILE* out, std::FILE* err)
     MainBoxes boxes;
     MainForm* previousForm = setMainForm(&boxes);
     resetSession();
+    resetToolkit();
 
     int code = 0;
     try {
         StartUpSession();
+        for (const std::unique_ptr<MeasureFeature>& feature : options.features)
+            feature->beforeLoad();
+        // A feature may read the file itself (an imported format); otherwise it is opened as the
+        // Open dialog opens it.
+        bool loadedByFeature = false;
+        bool refusedByFeature = false;
+        for (const std::unique_ptr<MeasureFeature>& feature : options.features) {
+            if (!loadedByFeature && feature->load(options.file, err)) {
+                loadedByFeature = true;
+                refusedByFeature = feature->refused();
+            }
+        }
         const QFileInfo info(options.file);
-        if (!OpenDataFile(info.absolutePath(), info.fileName())) {
+        if (refusedByFeature) {
+            code = 1;
+        } else if (!loadedByFeature && !OpenDataFile(info.absolutePath(), info.fileName())) {
             if (options.json)
                 print(out, QStringLiteral("{\"message\": %1}\n").arg(jsonString(csvFormatMessage())));
             else
                 print(out, csvFormatMessage() + QLatin1Char('\n'));
             code = 1;
         } else {
+            for (const std::unique_ptr<MeasureFeature>& feature : options.features)
+                feature->afterLoad(err);
             if (options.inverted) {
                 boxes.showMagOption(1);
                 ApplyMagSense(1);
@@ -262,10 +310,16 @@ int RunMeasure(const QStringList& arguments, std::FILE* out, std::FILE* err)
             }
             const std::vector<Row> rows = replayMethods(options);
             CalcMeansOnMainForm();
-            if (options.json)
-                printJson(out, rows);
-            else
-                printTable(out, rows);
+            for (const std::unique_ptr<MeasureFeature>& feature : options.features)
+                feature->afterMeans(measureRows(rows), err);
+            // A feature may print the results in a format of its own (CSV, report lines).
+            bool printed = false;
+            for (const std::unique_ptr<MeasureFeature>& feature : options.features)
+                printed = printed || feature->print(out, measureRows(rows));
+            if (!printed && options.json)
+                printJson(out, rows, options);
+            else if (!printed)
+                printTable(out, rows, options);
         }
     } catch (const rt::RuntimeError& e) {
         if (options.json)

@@ -7,6 +7,7 @@
 #include "mainwindow/Means.h"
 #include "mainwindow/Settings.h"
 #include "mainwindow/StartUp.h"
+#include "mainwindow/gui/ToolkitMenus.h"
 #include "mainwindow/gui/TwipsLayout.h"
 #include "mainwindow/gui/frmOpen.h"
 #include "mainwindow/gui/frmSaveAs.h"
@@ -194,6 +195,14 @@ void frmMain::buildMenus()
     file->addSeparator();
     QAction* exit = file->addAction(QStringLiteral("Exit"), this, [this] { mnuExit_Click(); });
     exit->setObjectName(QStringLiteral("mnuExit"));
+
+    // The observer's toolkit, in menus of its own beside the program's.
+    QMenu* times = menuBar()->addMenu(QStringLiteral("Times"));
+    times->setObjectName(QStringLiteral("mnuTimes"));
+    BuildTimesMenu(*this, *times);
+    QMenu* analysis = menuBar()->addMenu(QStringLiteral("Analysis"));
+    analysis->setObjectName(QStringLiteral("mnuAnalysis"));
+    BuildAnalysisMenu(*this, *analysis);
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("Help"));
     help->setObjectName(QStringLiteral("mnuHelp"));
