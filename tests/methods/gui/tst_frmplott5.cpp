@@ -59,6 +59,8 @@ private Q_SLOTS:
     void doneAndExitHide();
     void reopenRedrawsMarkersAndCurve();
     void focusChangesRedraw();
+    void markersKeptThroughUpdateAndResize();
+    void undoAsksForTheRangeAsAtOpening();
 
 private:
     frmPlott5* m_form = nullptr;
@@ -402,6 +404,59 @@ void FrmPlott5Test::focusChangesRedraw()
     m_form->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_form));
     QCOMPARE(m_form->picture(), lost);
+}
+
+// The markers of the picked ends are drawn again with every redraw, at the place their times
+// take on the plot as it now is.
+void FrmPlott5Test::markersKeptThroughUpdateAndResize()
+{
+    open();
+    rightClick(2451234.5205);
+    const RangePick& r = S().Fourier.Range;
+    const double middle = (S().PlotTop + S().PlotBottom) / 2;
+    // One end only: a resize keeps it.
+    m_form->resize(m_form->width() + 90, m_form->height() + 45);
+    QTRY_COMPARE(S().WinPos(5, 3), rt::Integer(m_form->width() * TwipsPerPixel));
+    QCOMPARE(r.LeftMarkX, xOf(r.LeftHJD));
+    QVERIFY(colourNear(*m_form, xOf(r.LeftHJD), middle, colours::purple));
+    rightClick(2451234.6105);
+    type(nearStart);
+    click(m_form->Command1());
+    QVERIFY(colourNear(*m_form, xOf(r.LeftHJD), S().PlotTop + 300, colours::purple));
+    QVERIFY(colourNear(*m_form, xOf(r.RightHJD), S().PlotTop + 300, colours::purple));
+    QVERIFY(curveDrawnAt(25));
+    // Smaller: the markers move with the scale, and the places they had are clear.
+    const double oldLeft = r.LeftMarkX;
+    m_form->resize(m_form->width() - 150, m_form->height());
+    QTRY_VERIFY(r.LeftMarkX != oldLeft);
+    QCOMPARE(r.LeftMarkX, xOf(r.LeftHJD));
+    QVERIFY(colourNear(*m_form, xOf(r.LeftHJD), S().PlotTop + 300, colours::purple));
+    QVERIFY(colourNear(*m_form, xOf(r.RightHJD), S().PlotTop + 300, colours::purple));
+    QVERIFY(!colourNear(*m_form, oldLeft, S().PlotTop + 300, colours::purple));
+}
+
+// After Undo no end is picked, whatever was done before it: the caption is the one the window
+// opens with, and the markers are gone.
+void FrmPlott5Test::undoAsksForTheRangeAsAtOpening()
+{
+    open();
+    const QString opening = m_form->windowTitle();
+    rightClick(2451234.5205);
+    click(m_form->Command3());
+    QCOMPARE(m_form->windowTitle(), opening);
+    QCOMPARE(countPixels(m_form->picture(), colours::purple), 0);
+    openAndPick();
+    click(m_form->Command1());
+    click(m_form->Command2());
+    QCOMPARE(m_form->windowTitle(), QStringLiteral("Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."));
+    click(m_form->Command3());
+    QCOMPARE(m_form->windowTitle(), QStringLiteral("Fit Fourier - RIGHT-CLICK AT START (left end) OF RANGE."));
+    QCOMPARE(countPixels(m_form->picture(), colours::purple), 0);
+    // A focus change does not bring markers back.
+    m_form->Form_GotFocus();
+    QCOMPARE(countPixels(m_form->picture(), colours::purple), 0);
+    rightClick(2451234.6105);
+    QCOMPARE(m_form->windowTitle(), QStringLiteral("Fit Fourier - CLICK 'Fit Fourier', OR 'Undo' TO START OVER."));
 }
 
 QTEST_MAIN(FrmPlott5Test)
