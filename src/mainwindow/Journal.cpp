@@ -21,7 +21,9 @@ namespace dip {
 
 namespace {
 
-const QByteArray versionLine = "Dipscope recovery journal 1";
+const QByteArray versionPrefix = "Dipscope recovery journal ";
+// Version 1 had no result rows.
+constexpr int journalVersion = 2;
 
 QByteArray quoted(const QString& text)
 {
@@ -173,12 +175,14 @@ SessionJournal CaptureJournal(const rt::RuntimeError* error)
         j.texts[static_cast<std::size_t>(k - 1)] = form.text(k);
     for (int k = 1; k <= 6; ++k)
         j.ticks[static_cast<std::size_t>(k - 1)] = form.checked(k);
+    for (int k = 1; k <= 6; ++k)
+        j.rows[static_cast<std::size_t>(k - 1)] = s.Results(k);
     return j;
 }
 
 QByteArray JournalText(const SessionJournal& j)
 {
-    QByteArray out = versionLine + '\n';
+    QByteArray out = versionPrefix + QByteArray::number(journalVersion) + '\n';
     if (j.endedOnRuntimeError)
         out += "Ended: run-time error " + QByteArray::number(j.errorNumber) + ' ' + quoted(j.errorText) + '\n';
     else
@@ -194,7 +198,19 @@ QByteArray JournalText(const SessionJournal& j)
     out += "Check: ";
     for (int k = 1; k <= 6; ++k)
         out += QByteArray(k > 1 ? "," : "") + (j.ticks[static_cast<std::size_t>(k - 1)] ? '1' : '0');
-    return out + '\n';
+    out += '\n';
+    for (int k = 1; k <= 6; ++k) {
+        const ResultRow& row = j.rows[static_cast<std::size_t>(k - 1)];
+        const QByteArray name = "Result" + QByteArray::number(k);
+        out += name + ": " + (row.published ? '1' : '0') + ',' + (row.ticked ? '1' : '0') + ',' +
+               QByteArray::number(row.trappedError) + ',' + exact(row.time) + ',' + exact(row.error) + '\n';
+        out += name + " time: " + quoted(row.timeText) + '\n';
+        out += name + " error: " + quoted(row.errorText) + '\n';
+        out += name + " boxes: " + QByteArray::number(row.extraTexts.size()) + '\n';
+        for (const QString& box : row.extraTexts)
+            out += quoted(box) + '\n';
+    }
+    return out;
 }
 
 JournalParse ParseJournal(const QByteArray& text)
@@ -204,8 +220,15 @@ JournalParse ParseJournal(const QByteArray& text)
     Reader in(text);
     QByteArray rest;
 
-    if (in.next(versionLine, &rest) && !rest.isEmpty())
-        in.fail(QStringLiteral("expected \"%1\"").arg(QString::fromLatin1(versionLine)));
+    // This version's journal, or one of version 1.
+    const QByteArray current = versionPrefix + QByteArray::number(journalVersion);
+    int version = 0;
+    if (in.atEnd())
+        in.fail(1, QStringLiteral("the journal ends before \"%1\"").arg(QString::fromLatin1(current)));
+    else if (in.next("", &rest) && rest != current && rest != versionPrefix + '1')
+        in.fail(QStringLiteral("expected \"%1\"").arg(QString::fromLatin1(current)));
+    else
+        version = rest.mid(versionPrefix.size()).toInt();
 
     if (in.next("Ended: ", &rest)) {
         const QByteArray error = "run-time error ";
@@ -267,6 +290,45 @@ JournalParse ParseJournal(const QByteArray& text)
             if (f != "0" && f != "1")
                 in.fail(QStringLiteral("\"Check\" needs six values, 0 or 1"));
             j.ticks[static_cast<std::size_t>(k - 1)] = f == "1";
+        }
+    }
+    for (int k = 1; k <= 6 && version >= 2 && !in.failed(); ++k) {
+        ResultRow& row = j.rows[static_cast<std::size_t>(k - 1)];
+        const QByteArray name = "Result" + QByteArray::number(k);
+        if (in.next(name + ": ", &rest)) {
+            const QList<QByteArray> fields = rest.split(',');
+            const QString what = QStringLiteral("\"%1\" is published, ticked (0 or 1), the run-time error number, "
+                                                "the time and the error, separated by commas")
+                                     .arg(QString::fromLatin1(name));
+            int trapped = 0;
+            if (fields.size() != 5 || (fields[0] != "0" && fields[0] != "1") || (fields[1] != "0" && fields[1] != "1"))
+                in.fail(what);
+            else if (in.integer(fields[2], 0, 65535, QStringLiteral("the run-time error of a result"), &trapped) &&
+                     in.number(fields[3], QStringLiteral("the time of a result"), &row.time) &&
+                     in.number(fields[4], QStringLiteral("the error of a result"), &row.error)) {
+                row.published = fields[0] == "1";
+                row.ticked = fields[1] == "1";
+                row.trappedError = trapped;
+            }
+        }
+        if (in.next(name + " time: ", &rest))
+            in.text(rest, &row.timeText);
+        if (in.next(name + " error: ", &rest))
+            in.text(rest, &row.errorText);
+        int boxes = 0;
+        if (in.next(name + " boxes: ", &rest))
+            in.integer(rest, 0, 100, QStringLiteral("the count of a result's boxes"), &boxes);
+        for (int n = 0; n < boxes && !in.failed(); ++n) {
+            if (in.atEnd()) {
+                in.fail(in.line() + 1, QStringLiteral("the journal ends before the %1 boxes of \"%2\"")
+                                           .arg(boxes)
+                                           .arg(QString::fromLatin1(name)));
+                break;
+            }
+            QString box;
+            in.next("", &rest);
+            if (in.text(rest, &box))
+                row.extraTexts << box;
         }
     }
     if (!in.failed() && !in.atEnd())
@@ -401,6 +463,10 @@ RestoreOutcome RestoreJournal(const SessionJournal& j)
             }
         }
     }
+    // The rows as the methods left them, then the boxes as the user left them: a value typed over
+    // a result stays typed, and the row keeps the number the method published.
+    for (int k = 1; k <= 6; ++k)
+        s.Results(k) = j.rows[static_cast<std::size_t>(k - 1)];
     for (int k = 1; k <= 16; ++k)
         form.setText(k, j.texts[static_cast<std::size_t>(k - 1)]);
     for (int k = 1; k <= 6; ++k)

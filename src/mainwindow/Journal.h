@@ -10,7 +10,7 @@
 //
 // The file is text, one item a line, in UTF-8:
 //
-//     Dipscope recovery journal 1
+//     Dipscope recovery journal 2
 //     Ended: run-time error 11 "Division by zero"      (or: Ended: normally)
 //     DataDir: "/home/obs/data"
 //     DataName: "curve.csv"
@@ -21,10 +21,19 @@
 //     Text1: "0.51234"
 //     ...                                             (Text1 .. Text16, each a quoted text)
 //     Check: 1,0,0,0,1,0
+//     Result1: 1,1,0,0.51234012345678901,0.00012345  (the result row of method 1: published,
+//     Result1 time: "0.51234"                          ticked, the run-time error its trap
+//     Result1 error: "0.00012"                         caught, time and error in full; the texts
+//     Result1 boxes: 0                                 it was shown with; the window's boxes
+//     ...                                              after its compute, one quoted text a line)
+//     Result6 boxes: 0
 //
 // Texts are quoted, with \\ \" \n \r \t as the only escapes. Anything else is a damaged journal.
+// A journal of version 1 (from before the result rows) ends after "Check" and is read as one
+// whose rows were empty.
 
 #include "runtime/RuntimeError.h"
+#include "session/ResultTable.h"
 
 #include <QByteArray>
 #include <QString>
@@ -56,6 +65,9 @@ struct SessionJournal {
     std::vector<JournalDeletion> deleted;
     std::array<QString, 16> texts; // the main window's Text1 .. Text16 (results, errors, means)
     std::array<bool, 6> ticks{};   // Check1 .. Check6
+    // The session's result rows 1..6 as the methods left them: the numbers in full beside the
+    // texts the boxes show (which the user may have typed over).
+    std::array<ResultRow, 6> rows;
 };
 
 // "zzzdip.journal": relative, beside "zzzdip.ini" in the folder the program was started in.
@@ -104,7 +116,7 @@ struct RestoreOutcome {
 
 // "Yes": the data file through the open dialog's path (OpenDataFile), "-Mags (inverted)" as its
 // option does, each deletion as the editor's "Delete" does (PickIdx, then the delete procedure),
-// then the sixteen boxes and six ticks as they were. A deletion whose row no longer holds the
+// then the six result rows, the sixteen boxes and six ticks as they were. A deletion whose row no longer holds the
 // time and magnitude it held is not applied, and one message names those points; a file the
 // reader can no longer read is one message too, and the boxes are restored all the same.
 RestoreOutcome RestoreJournal(const SessionJournal& journal);

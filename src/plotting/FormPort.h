@@ -63,12 +63,33 @@ public:
     virtual double formWidth() const = 0;
     virtual double formHeight() const = 0;
 
+    // From clipToPlotBox() until clearClip() or cls(), what is drawn shows only strictly inside
+    // the frame of the box the transform holds at the call: method curves, markers and mirrored
+    // branches may run off the scale, and the frame, the axes and their numbers stay clean. The
+    // scale and the coordinates are untouched; a surface that keeps its drawing keeps the clip
+    // with it, so a print clips the same. Surfaces without pixels ignore it.
+    virtual void clipToPlotBox() {}
+    virtual void clearClip() {}
+
     // The form's plot box and scale, as its last drawing set them.
     PlotTransform& transform() { return m_transform; }
     const PlotTransform& transform() const { return m_transform; }
 
 private:
     PlotTransform m_transform;
+};
+
+// Drawing clipped to the canvas' plot box for the life of the guard (a run-time error that
+// ends a drawing ends the clip too).
+class PlotBoxClip {
+public:
+    explicit PlotBoxClip(Canvas& canvas) : m_canvas(canvas) { canvas.clipToPlotBox(); }
+    ~PlotBoxClip() { m_canvas.clearClip(); }
+    PlotBoxClip(const PlotBoxClip&) = delete;
+    PlotBoxClip& operator=(const PlotBoxClip&) = delete;
+
+private:
+    Canvas& m_canvas;
 };
 
 class FormPort : public Canvas {

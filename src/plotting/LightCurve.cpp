@@ -58,6 +58,8 @@ void MarkPick(Canvas& form)
     const PlotScale scale = FullScale();
     const double x = PlotX(form.transform(), scale, s.OrigHJD(s.PickIdx));
     const double y = PlotY(form.transform(), scale, s.OrigMag(s.PickIdx));
+    // A point at the edge of the box keeps its cross inside it.
+    PlotBoxClip clip(form);
     form.setForeColor(colours::blue);
     form.line(x - 200, y, x + 200, y);
     form.line(x, y - 200, x, y + 200);

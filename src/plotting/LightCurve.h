@@ -25,7 +25,8 @@ void PlotLightCurve(Canvas& form);
 // index wins, and only D < 9999 picks; otherwise PickIdx stays 0. Sets and returns PickIdx.
 rt::Integer PickNearestPoint(const PlotTransform& box, double x, double y);
 
-// The blue cross over the picked point: 200 twips each way, level and upright.
+// The blue cross over the picked point: 200 twips each way, level and upright, clipped to the
+// plot box.
 void MarkPick(Canvas& form);
 
 // What frmAction shows for the pick: Text1 the index, Text2 the time (12 wide, 6 decimals),

@@ -78,6 +78,9 @@ double markerX(const PlotTransform& box, double t) { return PlotX(box, CurrentSc
 void drawMarker(Canvas& canvas, double x, Rgb colour)
 {
     const PlotTransform& s = canvas.transform();
+    // Inside the box only: a marker remembered from a larger scale, and the erase line painted at
+    // x = 0 before the first marker, stay off the axis numbers.
+    PlotBoxClip clip(canvas);
     canvas.setForeColor(colour);
     canvas.line(x, s.PlotTop, x, s.PlotBottom);
 }

@@ -56,7 +56,8 @@ Integer searchLastBefore(double t);
 double markerX(const PlotTransform& box, double t);
 
 // A vertical line from the canvas' PlotTop to PlotBottom at x in the given colour: purple draws a range
-// marker, white erases one by overpainting (and whatever else the line crosses).
+// marker, white erases one by overpainting (and whatever else the line crosses). Clipped to the
+// plot box: a line outside it, or on its frame, shows nothing.
 void drawMarker(Canvas& canvas, double x, Rgb colour = colours::purple);
 
 // The pointer shape while the mouse moves: the cross-hair strictly inside the plot box.

@@ -4,6 +4,7 @@
 #include "session/LoadDataFile.h"
 #include "session/MainForm.h"
 #include "session/Procedures.h"
+#include "session/Results.h"
 #include "session/Session.h"
 #include "support/TestSupport.h"
 
@@ -11,6 +12,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace dip;
@@ -20,11 +22,32 @@ Q_DECLARE_METATYPE(dip::SessionJournal)
 
 namespace {
 
+bool sameRow(const ResultRow& a, const ResultRow& b)
+{
+    return a.published == b.published && a.time == b.time && a.error == b.error && a.ticked == b.ticked &&
+           a.timeText == b.timeText && a.errorText == b.errorText && a.trappedError == b.trappedError &&
+           a.extraTexts == b.extraTexts;
+}
+
+bool sameRows(const std::array<ResultRow, 6>& a, const std::array<ResultRow, 6>& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), sameRow);
+}
+
+// The session's result rows as they stand.
+std::array<ResultRow, 6> sessionRows()
+{
+    std::array<ResultRow, 6> rows;
+    for (int k = 1; k <= 6; ++k)
+        rows[std::size_t(k - 1)] = S().Results(k);
+    return rows;
+}
+
 bool sameJournal(const SessionJournal& a, const SessionJournal& b)
 {
     return a.endedOnRuntimeError == b.endedOnRuntimeError && a.errorNumber == b.errorNumber &&
            a.errorText == b.errorText && a.dataDir == b.dataDir && a.dataName == b.dataName && a.magSign == b.magSign &&
-           a.deleted == b.deleted && a.texts == b.texts && a.ticks == b.ticks;
+           a.deleted == b.deleted && a.texts == b.texts && a.ticks == b.ticks && sameRows(a.rows, b.rows);
 }
 
 SessionJournal sample()
@@ -42,11 +65,28 @@ SessionJournal sample()
     j.texts[12] = QStringLiteral("0.51230");
     j.ticks[0] = true;
     j.ticks[4] = true;
+    // The parabola's result, typed over in its time box; the Fourier fit's with its eight boxes;
+    // the sliding integrations' trapped run-time error.
+    ResultRow& parabola = j.rows[0];
+    parabola.published = true;
+    parabola.ticked = true;
+    parabola.time = 0.51234012345678901;
+    parabola.error = 0.00012345;
+    parabola.timeText = QStringLiteral("0.51234");
+    parabola.errorText = QStringLiteral("0.00012");
+    ResultRow& fourier = j.rows[4];
+    fourier.published = true;
+    fourier.time = 2451234.5678;
+    fourier.error = 0.25;
+    fourier.timeText = QStringLiteral("2451234.56780");
+    fourier.errorText = QStringLiteral("0.25000");
+    fourier.extraTexts = QStringList{"2451234.56780", "a \"b\"", "", "x", "y", "z", "w", "v"};
+    j.rows[5].trappedError = 11;
     return j;
 }
 
-// The sample's text, written out by hand.
-QByteArray sampleText()
+// The sample's text of version 1 (no result rows), written out by hand.
+QByteArray sampleTextVersion1()
 {
     QByteArray t = "Dipscope recovery journal 1\n"
                    "Ended: run-time error 11 \"Division by zero\"\n"
@@ -61,6 +101,28 @@ QByteArray sampleText()
         t += "Text" + QByteArray::number(k) + ": \"" + value + "\"\n";
     }
     return t + "Check: 1,0,0,0,1,0\n";
+}
+
+// The sample's text, written out by hand.
+QByteArray sampleText()
+{
+    QByteArray t = sampleTextVersion1().replace("journal 1\n", "journal 2\n");
+    t += "Result1: 1,1,0,0.51234012345678903,0.00012344999999999999\n"
+         "Result1 time: \"0.51234\"\n"
+         "Result1 error: \"0.00012\"\n"
+         "Result1 boxes: 0\n";
+    for (const char* k : {"2", "3", "4"})
+        t += QByteArray("Result") + k + ": 0,0,0,0,0\nResult" + k + " time: \"\"\nResult" + k + " error: \"\"\nResult" +
+             k + " boxes: 0\n";
+    t += "Result5: 1,0,0,2451234.5677999998,0.25\n"
+         "Result5 time: \"2451234.56780\"\n"
+         "Result5 error: \"0.25000\"\n"
+         "Result5 boxes: 8\n"
+         "\"2451234.56780\"\n"
+         "\"a \\\"b\\\"\"\n"
+         "\"\"\n"
+         "\"x\"\n\"y\"\n\"z\"\n\"w\"\n\"v\"\n";
+    return t + "Result6: 0,0,11,0,0\nResult6 time: \"\"\nResult6 error: \"\"\nResult6 boxes: 0\n";
 }
 
 // A curve of n points with a dip at 0.5.
@@ -157,6 +219,12 @@ void JournalTest::textOfAJournal()
     QVERIFY(sameJournal(parsed.journal, sample()));
     // Line breaks of Windows read the same.
     QVERIFY(ParseJournal(QByteArray(sampleText()).replace("\n", "\r\n")).ok);
+    // A journal of version 1 reads as one whose result rows were empty.
+    const JournalParse old = ParseJournal(sampleTextVersion1());
+    QVERIFY2(old.ok, qPrintable(old.problem));
+    SessionJournal withoutRows = sample();
+    withoutRows.rows = {};
+    QVERIFY(sameJournal(old.journal, withoutRows));
 }
 
 void JournalTest::roundTrip_data()
@@ -195,10 +263,10 @@ void JournalTest::damaged_data()
     QTest::addColumn<QString>("problem");
     const QByteArray good = sampleText();
     auto replaced = [&](const char* from, const char* to) { return QByteArray(good).replace(from, to); };
-    QTest::newRow("empty file") << QByteArray() << 1 << "the journal ends before \"Dipscope recovery journal 1\"";
-    QTest::newRow("not a journal") << QByteArray("1,2,3,4\n") << 1 << "expected \"Dipscope recovery journal 1\"";
-    QTest::newRow("another version") << replaced("journal 1\n", "journal 2\n") << 1
-                                     << "expected \"Dipscope recovery journal 1\"";
+    QTest::newRow("empty file") << QByteArray() << 1 << "the journal ends before \"Dipscope recovery journal 2\"";
+    QTest::newRow("not a journal") << QByteArray("1,2,3,4\n") << 1 << "expected \"Dipscope recovery journal 2\"";
+    QTest::newRow("another version") << replaced("journal 2\n", "journal 3\n") << 1
+                                     << "expected \"Dipscope recovery journal 2\"";
     QTest::newRow("ended how") << replaced("Ended: run-time error 11", "Ended: somehow 11") << 2
                                << "\"Ended\" must be \"normally\" or a run-time error";
     QTest::newRow("error without text") << replaced("error 11 \"Division by zero\"", "error 11") << 2
@@ -234,7 +302,28 @@ void JournalTest::damaged_data()
     QTest::newRow("tick 2") << replaced("Check: 1,0,0,0,1,0", "Check: 1,0,2,0,1,0") << 25
                             << "\"Check\" needs six values, 0 or 1";
     QTest::newRow("cut short") << good.left(good.indexOf("Text5")) << 13 << "the journal ends before \"Text5\"";
-    QTest::newRow("a line too many") << good + "Text17: \"\"\n" << 26 << "more lines than a journal has";
+    QTest::newRow("version 1 with result rows")
+        << replaced("journal 2\n", "journal 1\n") << 26 << "more lines than a journal has";
+    QTest::newRow("version 2 without result rows")
+        << good.left(good.indexOf("Result1")) << 26 << "the journal ends before \"Result1\"";
+    QTest::newRow("a result's flag 2") << replaced("Result1: 1,1,", "Result1: 1,2,") << 26
+                                       << "\"Result1\" is published, ticked (0 or 1), the run-time error number, the "
+                                          "time and the error, separated by commas";
+    QTest::newRow("a result's time not a number")
+        << replaced("Result1: 1,1,0,0.5123", "Result1: 1,1,0,x0.5123") << 26 << "the time of a result must be a number";
+    QTest::newRow("a result's error missing")
+        << replaced("Result6: 0,0,11,0,0\n", "Result6: 0,0,11,0\n") << 54
+        << "\"Result6\" is published, ticked (0 or 1), the run-time error number, the time and the error, separated "
+           "by commas";
+    QTest::newRow("a result's text unquoted") << replaced("Result1 error: \"0.00012\"", "Result1 error: 0.00012") << 28
+                                              << "a text in double quotes was expected";
+    QTest::newRow("fewer boxes than counted")
+        << replaced("Result5 boxes: 8", "Result5 boxes: 9") << 54 << "a text in double quotes was expected";
+    QTest::newRow("boxes cut short") << good.left(good.indexOf("\"y\"")) << 50
+                                     << "the journal ends before the 8 boxes of \"Result5\"";
+    QTest::newRow("a box count beyond 100") << replaced("Result5 boxes: 8", "Result5 boxes: 101") << 45
+                                            << "the count of a result's boxes must be a whole number from 0 to 100";
+    QTest::newRow("a line too many") << good + "Text17: \"\"\n" << 58 << "more lines than a journal has";
 }
 
 void JournalTest::damaged()
@@ -260,6 +349,9 @@ void JournalTest::captureFromTheSession()
         form.setText(k, QStringLiteral("box %1").arg(k));
     form.setChecked(2, true);
     form.setChecked(6, true);
+    PublishResult(4, 0.4987654321, 0.000321);
+    SetResultExtras(4, QStringList{"a", "b"});
+    SetTrappedError(6, 11);
     const rt::RuntimeError error(6);
     const SessionJournal j = CaptureJournal(&error);
     QVERIFY(j.endedOnRuntimeError);
@@ -273,7 +365,14 @@ void JournalTest::captureFromTheSession()
     QVERIFY(j.deleted == expected);
     QCOMPARE(j.texts[15], QStringLiteral("box 16"));
     QCOMPARE(j.texts[0], QStringLiteral("box 1"));
-    QCOMPARE(j.ticks, (std::array<bool, 6>{false, true, false, false, false, true}));
+    QCOMPARE(j.ticks, (std::array<bool, 6>{false, true, false, true, false, true})); // the publish ticked 4
+    // The rows as the methods left them, whatever the boxes now show.
+    QVERIFY(sameRows(j.rows, sessionRows()));
+    QVERIFY(j.rows[3].published);
+    QCOMPARE(j.rows[3].time, 0.4987654321);
+    QCOMPARE(j.rows[3].timeText, QStringLiteral("0.49877"));
+    QCOMPARE(j.rows[3].extraTexts, (QStringList{"a", "b"}));
+    QCOMPARE(j.rows[5].trappedError, 11);
     QVERIFY(!CaptureJournal(nullptr).endedOnRuntimeError);
 }
 
@@ -352,10 +451,18 @@ void JournalTest::restoreGivesTheSessionBack()
     // The deepest point among the deletions, so that the extents change.
     for (const int i : {2, 20, 33})
         deletePoint(i);
+    // Two methods' results, one of them then typed over, and the user's own values.
+    PublishResult(2, 0.50012345678901234, 0.0001, QStringLiteral("0.0001"));
+    PublishResult(5, 0.49998765432109876, 0.00023);
+    SetResultExtras(5, QStringList{"one", "two"});
     for (int k = 1; k <= 16; ++k)
-        mainForm().setText(k, k % 3 ? QStringLiteral("%1.5").arg(k) : QString());
+        if (k != 2 && k != 8 && k != 11)
+            mainForm().setText(k, k % 3 ? QStringLiteral("%1.5").arg(k) : QString());
     mainForm().setChecked(3, true);
+    mainForm().setChecked(5, false);
     const CurveState before = curveState();
+    const std::array<ResultRow, 6> rows = sessionRows();
+    QVERIFY(rows[1].published && rows[4].published);
     const SessionJournal j = CaptureJournal(nullptr);
 
     // The next start: nothing loaded.
@@ -371,10 +478,21 @@ void JournalTest::restoreGivesTheSessionBack()
     QCOMPARE(mainForm().magOption(), inverted ? 1 : 0);
     QCOMPARE(mainForm().editedCountLabel(), QStringLiteral("37"));
     QCOMPARE(mainForm().title(), QStringLiteral("Dipscope - curve.csv"));
-    for (int k = 1; k <= 16; ++k)
-        QCOMPARE(mainForm().text(k), k % 3 ? QStringLiteral("%1.5").arg(k) : QString());
+    for (int k = 1; k <= 16; ++k) {
+        const QString shown = k == 2    ? QStringLiteral("0.50012")
+                              : k == 8  ? QStringLiteral("0.0001")
+                              : k == 11 ? QStringLiteral("0.00023")
+                              : k % 3   ? QStringLiteral("%1.5").arg(k)
+                                        : QString();
+        QCOMPARE(mainForm().text(k), shown);
+    }
     for (int k = 1; k <= 6; ++k)
-        QCOMPARE(mainForm().checked(k), k == 3);
+        QCOMPARE(mainForm().checked(k), k == 2 || k == 3);
+    // The rows hold the results in full as they were published, the Fourier time typed over.
+    QVERIFY(sameRows(sessionRows(), rows));
+    QCOMPARE(S().Results(5).time, 0.49998765432109876);
+    QCOMPARE(S().Results(5).timeText, QStringLiteral("0.49999"));
+    QCOMPARE(mainForm().text(5), QStringLiteral("5.5"));
     // The editor's own procedure did the deleting: PickIdx is the last point deleted.
     QCOMPARE(int(S().PickIdx), 33);
 }

@@ -17,6 +17,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <random>
@@ -42,12 +43,13 @@ struct Window {
     CanvasRecorder form;
     FourierView view{form, [this] { drawPlot(); }};
     int plots = 0;
+    double right = 8600; // the box's right edge: the window's width
 
     void drawPlot()
     {
         form.cls();
         ++plots;
-        SetPlotBox(form, 600, 8600, 400, 4400);
+        SetPlotBox(form, 600, right, 400, 4400);
     }
     // "5. Fourier Fit" on the main window.
     void open()
@@ -178,6 +180,12 @@ private Q_SLOTS:
     void undoRestoresAndRangeMustBePickedAgain();
     void displayedTimeAddsHJDOffset();
     void methodButtonRedrawsMarkersAndCurve();
+    void undoCaptionIsTheOpeningPrompt_data();
+    void undoCaptionIsTheOpeningPrompt();
+    void everyRedrawKeepsThePickedEnds_data();
+    void everyRedrawKeepsThePickedEnds();
+    void markersFollowTheBox();
+    void curvesAndMarkersClippedToTheBox();
     void parEditedFlags();
     void syntheticDipRecoversXo();
     void replayMatchesWindow();
@@ -643,7 +651,7 @@ void FourierTest::undoRestoresAndRangeMustBePickedAgain()
     w.open();
     w.pickAndUpdate(nearStart);
     const FourierFitOutcome first = fitFourier(w.view);
-    const QString caption = w.form.caption();
+    QCOMPARE(w.form.caption(), QStringLiteral("Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."));
     const int plots = w.plots;
 
     undoFourier(w.view);
@@ -666,7 +674,9 @@ void FourierTest::undoRestoresAndRangeMustBePickedAgain()
     QVERIFY(mainForm().text(5).isEmpty());
     QVERIFY(mainForm().text(11).isEmpty());
     QVERIFY(mainForm().checked(5));
-    QCOMPARE(w.form.caption(), caption);
+    // No end is picked any more: the window asks for the range as when it opens.
+    QCOMPARE(w.form.caption(), QStringLiteral("Fit Fourier - RIGHT-CLICK AT START (left end) OF RANGE."));
+    QVERIFY(strokesIn(w.form, colours::purple).empty());
 
     MessageRecorder messages;
     QVERIFY(!fitFourier(w.view).fitted);
@@ -720,6 +730,167 @@ void FourierTest::methodButtonRedrawsMarkersAndCurve()
     w.open();
     QCOMPARE(strokesIn(w.form, colours::purple).size(), qsizetype(2));
     QCOMPARE(strokesIn(w.form, colours::blue).size(), qsizetype(100));
+}
+
+void FourierTest::undoCaptionIsTheOpeningPrompt_data()
+{
+    QTest::addColumn<int>("stage");
+    QTest::newRow("nothing picked") << 0;
+    QTest::newRow("left end picked") << 1;
+    QTest::newRow("range picked") << 2;
+    QTest::newRow("previewed") << 3;
+    QTest::newRow("fitted") << 4;
+}
+
+// Whatever state Undo is pressed in, it returns to a range with no end picked, and the caption
+// is the one the window shows in that state: the prompt it opens with.
+void FourierTest::undoCaptionIsTheOpeningPrompt()
+{
+    QFETCH(int, stage);
+    QVERIFY(load(noisyDip()));
+    Window w;
+    w.open();
+    const QString opening = w.form.caption();
+    QCOMPARE(opening, fourierText::loadPrompt());
+    if (stage >= 1)
+        w.pick(2451234.51);
+    if (stage >= 2)
+        w.pick(2451234.63);
+    if (stage >= 3) {
+        w.type(nearStart);
+        updateFourier(w.view);
+    }
+    if (stage >= 4)
+        QVERIFY(fitFourier(w.view).fitted);
+    undoFourier(w.view);
+    QCOMPARE(w.form.caption(), opening);
+    QCOMPARE(S().Fourier.Range.LeftSet, rt::False);
+    QCOMPARE(S().Fourier.Range.RightSet, rt::False);
+    // The first pick after it is prompted as at the start.
+    w.pick(2451234.51);
+    QCOMPARE(w.form.caption(), fourierText::leftPickedPrompt());
+}
+
+void FourierTest::everyRedrawKeepsThePickedEnds_data()
+{
+    QTest::addColumn<bool>("left");
+    QTest::addColumn<bool>("right");
+    QTest::newRow("left end") << true << false;
+    QTest::newRow("right end") << false << true;
+    QTest::newRow("both ends") << true << true;
+}
+
+// Focus, resize, the method button and (with a range) Update draw the plot again: each picked
+// end gets its marker back, at its remembered time, and no other purple line is drawn.
+void FourierTest::everyRedrawKeepsThePickedEnds()
+{
+    QFETCH(bool, left);
+    QFETCH(bool, right);
+    QVERIFY(load(noisyDip()));
+    Window w;
+    w.open();
+    if (left)
+        w.pick(2451234.51);
+    if (right)
+        w.pick(2451234.63);
+    QList<double> expected;
+    if (left)
+        expected << w.xOf(2451234.51);
+    if (right)
+        expected << w.xOf(2451234.63);
+    auto markers = [&w] {
+        QList<double> xs;
+        for (const CanvasRecorder::Call& c : strokesIn(w.form, colours::purple)) {
+            const PlotTransform& b = w.form.transform();
+            // Whole height of the box, upright.
+            if (c.x1 != c.x2 || c.y1 != b.PlotTop || c.y2 != b.PlotBottom)
+                return QList<double>{-1};
+            xs << c.x1;
+        }
+        return xs;
+    };
+
+    redrawFourierWindow(w.view);
+    QCOMPARE(markers(), expected);
+    w.open();
+    QCOMPARE(markers(), expected);
+    if (left && right) {
+        w.type(nearStart);
+        updateFourier(w.view);
+        QCOMPARE(markers(), expected);
+        // The curve is drawn over the markers.
+        const int firstBlue =
+            int(std::find_if(w.form.calls.begin(), w.form.calls.end(),
+                             [](const CanvasRecorder::Call& c) { return c.colour == colours::blue; }) -
+                w.form.calls.begin());
+        const int lastPurple =
+            int(std::find_if(w.form.calls.rbegin(), w.form.calls.rend(),
+                             [](const CanvasRecorder::Call& c) { return c.colour == colours::purple; })
+                    .base() -
+                w.form.calls.begin()) -
+            1;
+        QVERIFY(lastPurple < firstBlue);
+        fitFourier(w.view);
+        redrawFourierWindow(w.view);
+        QCOMPARE(markers(), expected);
+        QCOMPARE(strokesIn(w.form, colours::blue).size(), qsizetype(100));
+    }
+}
+
+// A window made larger draws its markers where the remembered times fall on the new box, and
+// the next pick on a side paints over the marker where it was last drawn.
+void FourierTest::markersFollowTheBox()
+{
+    QVERIFY(load(noisyDip()));
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    w.right = 12600;
+    redrawFourierWindow(w.view);
+    const double leftX = w.xOf(2451234.51);
+    QVERIFY(std::abs(leftX - (600 + 12000 * (2451234.51 - S().HJDMin) / S().HJDRange)) < 1e-6);
+    const auto purple = strokesIn(w.form, colours::purple);
+    QCOMPARE(purple.size(), qsizetype(2));
+    QCOMPARE(purple[0].x1, leftX);
+    QCOMPARE(S().Fourier.Range.LeftMarkX, leftX);
+    w.pick(2451234.52);
+    const auto white = strokesIn(w.form, colours::white);
+    QCOMPARE(white.size(), qsizetype(1));
+    QCOMPARE(white[0].x1, leftX);
+}
+
+// The model curve, thick or thin, and the markers (and their erase lines) are drawn clipped to
+// the plot box; the box is the window's own.
+void FourierTest::curvesAndMarkersClippedToTheBox()
+{
+    QVERIFY(load(noisyDip()));
+    Window w;
+    w.open();
+    w.pick(2451234.51);
+    w.pick(2451234.63);
+    w.type(nearStart);
+    auto allClipped = [&w] {
+        return std::all_of(w.form.calls.begin(), w.form.calls.end(),
+                           [](const CanvasRecorder::Call& c) { return c.clipped; });
+    };
+    updateFourier(w.view);
+    fitFourier(w.view);
+    // Markers, the thick preview and the thick fitted curve.
+    QCOMPARE(w.form.calls.size(), qsizetype(2 + 2 * 100 * 21));
+    QVERIFY(allClipped());
+    redrawFourierWindow(w.view);
+    w.pick(2451234.52); // an erase line and a marker
+    // Markers, the thin curve, and the pick.
+    QCOMPARE(w.form.calls.size(), qsizetype(2 + 100 + 2));
+    QVERIFY(allClipped());
+    QVERIFY(!w.form.clips.isEmpty());
+    for (const PlotTransform& box : w.form.clips) {
+        QCOMPARE(box.PlotLeft, 600.0);
+        QCOMPARE(box.PlotRight, w.right);
+        QCOMPARE(box.PlotTop, 400.0);
+        QCOMPARE(box.PlotBottom, 4400.0);
+    }
 }
 
 void FourierTest::parEditedFlags()

@@ -358,6 +358,9 @@ private Q_SLOTS:
         const auto& calls = form.calls;
         QCOMPARE(calls.size(), qsizetype(1 + 100 * 21));
         QVERIFY(calls[0].op == CanvasRecorder::Op::PSet);
+        QVERIFY(calls[0].clipped);
+        QCOMPARE(form.clips.size(), qsizetype(1));
+        QCOMPARE(form.clips[0].PlotRight, form.transform().PlotRight);
         const double step = s.HJDRange / 100;
         for (int k = 0; k <= 100; ++k) {
             const double t = s.HJDMin + step * k;
@@ -378,6 +381,8 @@ private Q_SLOTS:
                 const auto& c = calls[qsizetype(1 + (k - 1) * 21 + (j + 10))];
                 QVERIFY(c.op == CanvasRecorder::Op::LineTo);
                 QVERIFY(c.colour == expected);
+                // The curve runs over the whole time axis: inside the plot box only.
+                QVERIFY(c.clipped);
                 DIP_COMPARE_REL(c.x2, x, 1e-12);
                 DIP_COMPARE_REL(c.y2, y + j, 1e-12);
             }

@@ -482,6 +482,19 @@ void TracingPaperTest::foldInsideMirrorsLaterPoints()
     const auto blueLines = m_window->linesIn(colours::blue);
     QCOMPARE(blueLines.size(), 4);
     QVERIFY(near(blueLines[0].x1, PlotX(m_window->transform(), scale, 0.44)));
+    // The mirrored branch inside the plot box only; the branch as observed, the frame, grid and
+    // axes are not clipped.
+    for (const auto& l : blueLines)
+        QVERIFY(l.clipped);
+    for (const auto& d : blue)
+        QVERIFY(d.clipped);
+    for (const auto& d : red)
+        QVERIFY(!d.clipped);
+    for (const auto& l :
+         m_window->linesIn(colours::red) + m_window->linesIn(colours::black) + m_window->linesIn(colours::lightGrey))
+        QVERIFY(!l.clipped);
+    QCOMPARE(m_window->clips.size(), qsizetype(1));
+    QCOMPARE(m_window->clips[0].PlotBottom, m_window->transform().PlotBottom);
 }
 
 void TracingPaperTest::scaleStopsShortOfFold()

@@ -8,6 +8,8 @@
 #include "support/CanvasRecorder.h"
 #include "support/TestSupport.h"
 
+#include <algorithm>
+
 using namespace dip;
 using dip::test::twelvePoints;
 
@@ -189,14 +191,20 @@ void LightCurveTest::blueCrossOverThePick()
 {
     Recorder rec;
     PlotLightCurve(rec);
+    // The curve itself, its frame and its axes are never clipped.
+    QVERIFY(std::none_of(rec.calls.begin(), rec.calls.end(), [](const auto& c) { return c.clipped; }));
+    QVERIFY(rec.clips.isEmpty());
     S().PickIdx = 3;
     rec.lines.clear();
     MarkPick(rec);
     const PlotScale scale = FullScale();
     const double x = PlotX(rec.transform(), scale, S().OrigHJD(3)), y = PlotY(rec.transform(), scale, S().OrigMag(3));
     QCOMPARE(rec.lines.size(), 2);
-    for (const auto& l : rec.lines)
+    for (const auto& l : rec.lines) {
         QVERIFY(l.colour == colours::blue);
+        // A point at the edge of the box keeps its cross inside it.
+        QVERIFY(l.clipped);
+    }
     QCOMPARE((QVector<double>{rec.lines[0].x1, rec.lines[0].y1, rec.lines[0].x2, rec.lines[0].y2}),
              (QVector<double>{x - 200, y, x + 200, y}));
     QCOMPARE((QVector<double>{rec.lines[1].x1, rec.lines[1].y1, rec.lines[1].x2, rec.lines[1].y2}),

@@ -272,7 +272,13 @@ private Q_SLOTS:
         for (const auto& c : form.calls) {
             QCOMPARE(c.y1, theBox().PlotTop);
             QCOMPARE(c.y2, theBox().PlotBottom);
+            // Markers and erase lines inside the box only: the first erase at x = 0 paints
+            // nothing left of the box.
+            QVERIFY(c.clipped);
         }
+        QCOMPARE(form.clips.size(), qsizetype(4));
+        for (const PlotTransform& box : form.clips)
+            QCOMPARE(box.PlotLeft, theBox().PlotLeft);
         QCOMPARE(pick.RightMarkX, x2);
         QCOMPARE(pick.RightIdx, rt::Integer(10)); // 11.25 is the last point before 11.3
         QCOMPARE(pick.LeftSet, rt::False);

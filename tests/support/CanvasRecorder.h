@@ -6,8 +6,9 @@
 // tests of drawing procedures without a window. The form size and the text extents are those
 // of FormMemory (9000 x 6000 twips, 105 twips a character, 210 a line). Every drawing call is
 // also kept in order in calls, strokes from the pen and set points included, for procedures
-// whose order matters (an erase before a marker, the strokes of a fitted curve). A window in
-// memory with more than FormMemory's texts records the same way through CanvasRecorderOn.
+// whose order matters (an erase before a marker, the strokes of a fitted curve), each with
+// whether it was drawn clipped to the plot box. A window in memory with more than FormMemory's texts records the same
+// way through CanvasRecorderOn.
 
 #include "plotting/FormPort.h"
 
@@ -26,10 +27,12 @@ public:
     struct Line {
         Rgb colour;
         double x1, y1, x2, y2;
+        bool clipped = false;
     };
     struct Circle {
         Rgb colour;
         double x, y, r;
+        bool clipped = false;
     };
     struct Text {
         QString text;
@@ -42,6 +45,7 @@ public:
         Op op;
         Rgb colour;
         double x1, y1, x2, y2; // a point: (x1, y1); a circle: centre and radius in x2
+        bool clipped = false;
     };
 
     QList<Line> lines;
@@ -49,6 +53,8 @@ public:
     QList<Text> texts;
     QList<Call> calls;
     int clears = 0;
+    // The boxes drawing was clipped to, in order, as the transform held them.
+    QList<PlotTransform> clips;
 
     void cls() override
     {
@@ -57,32 +63,40 @@ public:
         circles.clear();
         texts.clear();
         calls.clear();
+        clips.clear();
+        m_clipped = false;
         m_penX = m_penY = 0;
     }
+    void clipToPlotBox() override
+    {
+        clips << this->transform();
+        m_clipped = true;
+    }
+    void clearClip() override { m_clipped = false; }
     void setForeColor(Rgb c) override { m_colour = c; }
     void line(double x1, double y1, double x2, double y2) override
     {
-        lines << Line{m_colour, x1, y1, x2, y2};
-        calls << Call{Op::Line, m_colour, x1, y1, x2, y2};
+        lines << Line{m_colour, x1, y1, x2, y2, m_clipped};
+        calls << Call{Op::Line, m_colour, x1, y1, x2, y2, m_clipped};
         m_penX = x2;
         m_penY = y2;
     }
     void lineTo(double x, double y) override
     {
-        calls << Call{Op::LineTo, m_colour, m_penX, m_penY, x, y};
+        calls << Call{Op::LineTo, m_colour, m_penX, m_penY, x, y, m_clipped};
         m_penX = x;
         m_penY = y;
     }
     void pset(double x, double y) override
     {
-        calls << Call{Op::PSet, m_colour, x, y, x, y};
+        calls << Call{Op::PSet, m_colour, x, y, x, y, m_clipped};
         m_penX = x;
         m_penY = y;
     }
     void circle(double x, double y, double r) override
     {
-        circles << Circle{m_colour, x, y, r};
-        calls << Call{Op::Circle, m_colour, x, y, r, r};
+        circles << Circle{m_colour, x, y, r, m_clipped};
+        calls << Call{Op::Circle, m_colour, x, y, r, r, m_clipped};
     }
     void text(double x, double y, const QString& t) override
     {
@@ -124,6 +138,7 @@ public:
 
 private:
     Rgb m_colour;
+    bool m_clipped = false;
     double m_penX = 0;
     double m_penY = 0;
 };

@@ -44,6 +44,7 @@ void DrawFourierCurve(FormPort& form)
     if (!form.drawsAnything())
         return;
     const PlotScale scale = CurrentScale();
+    PlotBoxClip clip(form);
     form.setForeColor(colours::blue);
     const PlotTransform& box = form.transform();
     double x0 = PlotX(box, scale, f.CurveT(0));
@@ -64,6 +65,7 @@ void RedrawFourierCurve(FormPort& form)
         return;
     const FourierState& f = S().Fourier;
     const PlotScale scale = CurrentScale();
+    PlotBoxClip clip(form);
     form.setForeColor(colours::blue);
     // Thin: one stroke per segment, from the points stored by the last DrawFourierCurve.
     const PlotTransform& box = form.transform();

@@ -48,15 +48,21 @@ void writeBoxes(FormPort& form, rt::Integer width)
         form.setControlText(boxName(k), FormatFixed(f.FourierPar(k), width, 5));
 }
 
-// The markers follow the scale of the plot they are drawn on: their x comes from the
-// remembered end times.
+// The marker of each picked end, wherever the window draws its plot again (the method button,
+// Update, focus, resize), so that a pick is never lost from sight. The markers follow the scale
+// of the plot they are drawn on: their x comes from the remembered end times, and is kept for
+// the white line that erases the marker at the next pick on its side.
 void redrawMarkers(FormPort& form)
 {
     RangePick& r = S().Fourier.Range;
-    r.LeftMarkX = markerX(form.transform(), r.LeftHJD);
-    drawMarker(form, r.LeftMarkX);
-    r.RightMarkX = markerX(form.transform(), r.RightHJD);
-    drawMarker(form, r.RightMarkX);
+    if (r.LeftSet) {
+        r.LeftMarkX = markerX(form.transform(), r.LeftHJD);
+        drawMarker(form, r.LeftMarkX);
+    }
+    if (r.RightSet) {
+        r.RightMarkX = markerX(form.transform(), r.RightHJD);
+        drawMarker(form, r.RightMarkX);
+    }
 }
 
 // The boxes are in the order Xo, C, W, A1..A5; the solver's vector in the order A1..A5, C, W, Xo.
@@ -128,8 +134,7 @@ void showFourierWindow(FourierView& view)
         s.FirstTime(5) = 1;
     }
     view.drawPlot();
-    if (f.Range.RangeSet)
-        redrawMarkers(view.form);
+    redrawMarkers(view.form);
     if (f.FourierFitDone)
         RedrawFourierCurve(view.form);
 }
@@ -152,6 +157,7 @@ void updateFourier(FourierView& view)
     f.ParEntered = rt::True;
     readBoxes(view.form);
     view.drawPlot();
+    redrawMarkers(view.form);
     DrawFourierCurve(view.form);
 }
 
@@ -212,6 +218,8 @@ void undoFourier(FourierView& view)
 
     view.form.setControlText(rightIndexLabel(), QString());
     view.form.setControlText(leftIndexLabel(), QString());
+    // No end is picked any more: the window asks for the range as it does when it opens.
+    view.form.setCaption(loadPrompt());
     view.drawPlot();
 
     // The "Use in Mean?" box keeps its state.
@@ -221,6 +229,7 @@ void undoFourier(FourierView& view)
 void redrawFourierWindow(FourierView& view)
 {
     view.drawPlot();
+    redrawMarkers(view.form);
     RedrawFourierCurve(view.form);
 }
 

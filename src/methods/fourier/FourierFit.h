@@ -63,8 +63,8 @@ void fourierFormLoad(FormPort& form);
 
 // What the main window's "5. Fourier Fit" button does once RangeFirst and RangeLast are set:
 // after a data-file load the boxes get the start values (FourierPar), then the plot is drawn,
-// the range markers at the stored end times if the range is complete, and the stored model
-// curve if a fit has been made.
+// the marker of each picked end at its stored time, and the stored model curve if a fit has
+// been made.
 void showFourierWindow(FourierView& view);
 
 // The main window's "5. Fourier Fit" button, after its prelude (MethodButtonPrelude: the
@@ -84,7 +84,8 @@ void pickFourierEnd(FourierView& view, const Click& click);
 // Text1_Change(index): the box has been edited.
 void fourierParEdited(int index);
 
-// Update: reads the eight boxes and previews the model curve they describe.
+// Update: reads the eight boxes and previews the model curve they describe, over the plot with
+// its range markers.
 void updateFourier(FourierView& view);
 
 // What a click on " Fit Fourier" did.
@@ -99,10 +100,12 @@ struct FourierFitOutcome {
 // result in the main window's Text5 / Text11 / Check5 and the fitted values in the boxes.
 FourierFitOutcome fitFourier(FourierView& view);
 
-// Undo: the parameters from before the last fit, the range to be picked again.
+// Undo: the parameters from before the last fit, the range to be picked again: no end is set,
+// the plot has no markers and the caption is the prompt the window opens with.
 void undoFourier(FourierView& view);
 
-// Focus, resize and drag: the plot again, and the stored model curve thin.
+// Focus, resize and drag: the plot again with the marker of each picked end, and the stored
+// model curve thin.
 void redrawFourierWindow(FourierView& view);
 
 // The margins of the window's plot box: the parameter boxes stand right of it, the index labels
@@ -117,10 +120,12 @@ constexpr double FourierBottomMargin = 1300;
 void PlotFourierLightCurve(FormPort& form);
 
 // The model curve of FourierPar over the picked range: 101 points into CurveT / CurveM, drawn
-// as a thick band (each segment 21 strokes shifted -10 .. +10 twips vertically).
+// as a thick band (each segment 21 strokes shifted -10 .. +10 twips vertically), clipped to the
+// plot box.
 void DrawFourierCurve(FormPort& form);
 
-// The stored model curve again, thin (one stroke per segment), without recomputing it.
+// The stored model curve again, thin (one stroke per segment), without recomputing it; clipped to
+// the plot box.
 void RedrawFourierCurve(FormPort& form);
 
 } // namespace dip

@@ -90,6 +90,9 @@ void PlotParabolaFit(Canvas& canvas)
         y[k] = PlotY(canvas.transform(), scale, s.FitCurveMag(k));
     }
 
+    // The parabola runs over the whole time axis and leaves the magnitude scale on both sides:
+    // it shows inside the plot box only.
+    PlotBoxClip clip(canvas);
     // The pen starts at sample 0, set in whatever colour is current.
     canvas.pset(x[0], y[0]);
     const RangePick& pick = s.ParabolaPick;

@@ -35,7 +35,7 @@ double ParabolaError(const ParabolaFitResult& fit);
 
 // Draws the fitted parabola from the session's coefficients over the whole time axis: 101
 // samples, blue strictly between the picked times and grey outside, each segment a thick
-// stroke of 21 line moves.
+// stroke of 21 line moves. Clipped to the plot box.
 void PlotParabolaFit(Canvas& canvas);
 
 } // namespace dip

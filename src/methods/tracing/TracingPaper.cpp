@@ -130,8 +130,13 @@ void PlotTracingPaper(const TracingPaperView& w)
     const PlotScale scale{s.HJDMin, s.FoldSpan, s.MagMin, s.MagRange};
     form.transform().scale = scale;
 
+    // The left branch is the curve as observed, drawn whole; the mirrored one reaches back past
+    // the first observation and is drawn inside the box only.
     const int first = drawLeftBranch(form, scale);
-    drawRightBranch(form, scale, first);
+    {
+        PlotBoxClip clip(form);
+        drawRightBranch(form, scale, first);
+    }
     DrawAxes(form, scale, s.FoldSpan, s.FoldShown);
     placeControls(controls, H);
 

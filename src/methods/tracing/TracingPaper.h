@@ -55,8 +55,9 @@ void SetTracingPaperDesignTexts(FormPort& form);
 // 1..NumPts (AvgPoints and Label8 keep their values), then PlotTracingPaper.
 void OpenTracingPaper(const TracingPaperView& w);
 
-// Shows the window, clears it, draws the folded curve, places the controls and publishes the
-// fold: the window's Text1, and the main window's Text2, Text8 ("0.0001") and Check2.
+// Shows the window, clears it, draws the folded curve (the mirrored branch clipped to the plot
+// box), places the controls and publishes the fold: the window's Text1, and the main window's Text2, Text8 ("0.0001")
+// and Check2.
 void PlotTracingPaper(const TracingPaperView& w);
 
 // HScroll1_Scroll: FoldHJD = HJD(IdxMagMax) + FoldStep (bar - ScrollCentre), clamped to 5 % or

@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPointer>
 #include <QScreen>
@@ -24,10 +25,47 @@
 #include <QtMath>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <vector>
 
 namespace dip {
+
+namespace {
+
+// The device pixels strictly inside the frame lines of a box given in the painter's coordinates,
+// so that nothing clipped to them can touch the frame. On a raster (the screen's picture) a line
+// one pixel wide at x falls on pixel floor(x), and the inside is the pixels between. On a page a
+// line one dot wide covers x - 0.5 .. x + 0.5 and the printer's rasteriser may widen a clip by
+// part of a dot, so the inside keeps a dot more from the frame there.
+QRect interiorPixels(const QPainter& p, const QRectF& box)
+{
+    const qreal dpr = p.device() ? p.device()->devicePixelRatioF() : 1.0;
+    const QRectF device = (p.combinedTransform() * QTransform::fromScale(dpr, dpr)).mapRect(box.normalized());
+    const bool raster = p.paintEngine() && p.paintEngine()->type() == QPaintEngine::Raster;
+    auto first = [raster](double edge) { return raster ? int(std::floor(edge)) + 1 : int(std::ceil(edge + 0.5)) + 1; };
+    // The first pixel outside.
+    auto end = [raster](double edge) { return raster ? int(std::floor(edge)) : int(std::floor(edge - 0.5)) - 1; };
+    const int left = first(device.left());
+    const int top = first(device.top());
+    const int right = end(device.right());
+    const int bottom = end(device.bottom());
+    return QRect(left, top, std::max(0, right - left), std::max(0, bottom - top));
+}
+
+// Clips the painter to whole device pixels, whatever its coordinates; an empty rectangle clips
+// everything.
+void clipToPixels(QPainter& p, const QRect& pixels, Qt::ClipOperation operation)
+{
+    const qreal dpr = p.device() ? p.device()->devicePixelRatioF() : 1.0;
+    const QTransform world = p.worldTransform();
+    const QTransform view = world.inverted() * p.combinedTransform();
+    p.setWorldTransform(QTransform::fromScale(1 / dpr, 1 / dpr) * view.inverted());
+    p.setClipRect(pixels, operation);
+    p.setWorldTransform(world);
+}
+
+} // namespace
 
 // The drawing surface: a persistent picture in device pixels, painted as it stands.
 class PlotSurface : public QWidget {
@@ -41,14 +79,18 @@ public:
     QImage image;
     Rgb foreColor = colours::black;
     QPointF pen; // twips
+    // The plot box (twips) that drawing is clipped to, if any.
+    std::optional<QRectF> clipBox;
 
     // The drawing since the last cls, primitive by primitive in twips, so that it can be drawn
     // again at any resolution (a printer's) rather than scaled up from the screen's pixels.
     struct Primitive {
-        enum Kind : unsigned char { Line, Point, Circle, Text } kind;
+        enum Kind : unsigned char { Line, Point, Circle, Text, Clip, NoClip } kind;
         Rgb colour;
-        double a, b, c, d; // Line: x1, y1, x2, y2; Point: x, y; Circle: x, y, radius; Text: x, y, angle
-        int text;          // Text: index into texts
+        // Line: x1, y1, x2, y2; Point: x, y; Circle: x, y, radius; Text: x, y, angle;
+        // Clip: the box's left, top, right, bottom.
+        double a, b, c, d;
+        int text; // Text: index into texts
     };
     std::vector<Primitive> drawing;
     QStringList texts;
@@ -72,7 +114,24 @@ public:
         if (font.pointSizeF() > 0 && p.device())
             deviceFont.setPointSizeF(font.pointSizeF() * image.logicalDpiY() / p.device()->logicalDpiY());
         std::optional<Rgb> colour;
+        bool clipped = false;
         for (const Primitive& q : drawing) {
+            if (q.kind == Primitive::Clip) {
+                // Within whatever clip the painter came with (the client area).
+                if (clipped)
+                    p.restore();
+                p.save();
+                clipToPixels(p, interiorPixels(p, QRectF(QPointF(q.a, q.b), QPointF(q.c, q.d))), Qt::IntersectClip);
+                clipped = true;
+                continue;
+            }
+            if (q.kind == Primitive::NoClip) {
+                if (clipped)
+                    p.restore();
+                clipped = false;
+                colour.reset(); // the pen went with the restored state
+                continue;
+            }
             if (!colour || !(*colour == q.colour)) {
                 QPen pen(QColor(q.colour.r, q.colour.g, q.colour.b));
                 pen.setCosmetic(true);
@@ -84,6 +143,8 @@ public:
             case Primitive::Line: p.drawLine(QPointF(q.a, q.b), QPointF(q.c, q.d)); break;
             case Primitive::Point: p.drawPoint(QPointF(q.a, q.b)); break;
             case Primitive::Circle: p.drawEllipse(QPointF(q.a, q.b), q.c, q.c); break;
+            case Primitive::Clip:
+            case Primitive::NoClip: break;
             case Primitive::Text: {
                 const QTransform twips = p.worldTransform();
                 p.setWorldTransform(pixels);
@@ -97,6 +158,8 @@ public:
             }
             }
         }
+        if (clipped)
+            p.restore();
         p.restore();
     }
 
@@ -132,6 +195,8 @@ public:
             m_painter.scale(1.0 / TwipsPerPixel, 1.0 / TwipsPerPixel);
             m_painter.setRenderHint(QPainter::Antialiasing, false);
             m_penColour.reset();
+            if (clipBox)
+                clipToPixels(m_painter, interiorPixels(m_painter, *clipBox), Qt::ReplaceClip);
         }
         if (!m_penColour || !(*m_penColour == foreColor)) {
             QPen pen(QColor(foreColor.r, foreColor.g, foreColor.b));
@@ -147,6 +212,21 @@ public:
     {
         if (m_painter.isActive())
             m_painter.end();
+    }
+
+    void setClip(std::optional<QRectF> box)
+    {
+        clipBox = box;
+        if (box)
+            drawing.push_back({Primitive::Clip, foreColor, box->left(), box->top(), box->right(), box->bottom(), -1});
+        else
+            drawing.push_back({Primitive::NoClip, foreColor, 0, 0, 0, 0, -1});
+        if (!m_painter.isActive())
+            return;
+        if (box)
+            clipToPixels(m_painter, interiorPixels(m_painter, *box), Qt::ReplaceClip);
+        else
+            m_painter.setClipping(false);
     }
 
     // Asks for a repaint once for any number of primitives drawn before it comes.
@@ -361,11 +441,24 @@ void PlotWindow::cls()
     m_surface->image.fill(Qt::white);
     m_surface->drawing.clear();
     m_surface->texts.clear();
+    m_surface->clipBox.reset();
     m_surface->pen = QPointF(0, 0);
     m_surface->changed();
 }
 
 void PlotWindow::setForeColor(Rgb colour) { m_surface->foreColor = colour; }
+
+void PlotWindow::clipToPlotBox()
+{
+    const PlotTransform& box = transform();
+    m_surface->setClip(QRectF(QPointF(box.PlotLeft, box.PlotTop), QPointF(box.PlotRight, box.PlotBottom)));
+}
+
+void PlotWindow::clearClip()
+{
+    if (m_surface->clipBox)
+        m_surface->setClip(std::nullopt);
+}
 
 void PlotWindow::line(double x1, double y1, double x2, double y2)
 {

@@ -59,6 +59,8 @@ public:
     // Canvas
     void cls() override;
     void setForeColor(Rgb colour) override;
+    void clipToPlotBox() override;
+    void clearClip() override;
     void line(double x1, double y1, double x2, double y2) override;
     void lineTo(double x, double y) override;
     void pset(double x, double y) override;

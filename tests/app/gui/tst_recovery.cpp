@@ -106,6 +106,7 @@ struct SessionPicture {
     double fullMagMin = 0, fullMagRange = 0, foldHJD = 0;
     QStringList texts;
     QList<bool> ticks;
+    QStringList rows; // the session's result rows, numbers in full
 
     bool operator==(const SessionPicture& o) const
     {
@@ -113,7 +114,7 @@ struct SessionPicture {
                dataName == o.dataName && option == o.option && magSign == o.magSign && numPts == o.numPts &&
                idxMagMax == o.idxMagMax && hjd == o.hjd && mag == o.mag && deleted == o.deleted &&
                fullMagMin == o.fullMagMin && fullMagRange == o.fullMagRange && foldHJD == o.foldHJD &&
-               texts == o.texts && ticks == o.ticks;
+               texts == o.texts && ticks == o.ticks && rows == o.rows;
     }
 };
 
@@ -143,6 +144,16 @@ SessionPicture picture(const frmMain& window)
         p.texts << window.text(k);
     for (int k = 1; k <= 6; ++k)
         p.ticks << window.checked(k);
+    for (int k = 1; k <= 6; ++k) {
+        const ResultRow& r = s.Results(k);
+        p.rows << QStringLiteral("%1 %2 %3 %4 %5 \"%6\" \"%7\" %8")
+                      .arg(r.published)
+                      .arg(r.ticked)
+                      .arg(r.trappedError)
+                      .arg(r.time, 0, 'g', 17)
+                      .arg(r.error, 0, 'g', 17)
+                      .arg(r.timeText, r.errorText, r.extraTexts.join(QLatin1Char('|')));
+    }
     return p;
 }
 
@@ -222,12 +233,16 @@ void RecoveryTest::runtimeErrorKeepsTheSession()
     const SessionPicture before = runAndFail(inverted);
     QCOMPARE(before.numPts, 57);
     QVERIFY(!before.texts[1].isEmpty() && !before.texts[5].isEmpty() && !before.texts[12].isEmpty());
+    // The tracing paper's and the sliding integrations' rows hold their results; the parabola's
+    // only has what the user typed into its boxes.
+    QVERIFY(S().Results(2).published && S().Results(6).published);
+    QVERIFY(!S().Results(1).published);
     // The report and the end are the runtime's; the settings file is not written on this way out.
     QCOMPARE(m_scope->messages.messages(), QStringList{QStringLiteral("Run-time error '11':\n\nDivision by zero")});
     QCOMPARE(m_scope->exits.codes(), QList<int>{1});
     QVERIFY(!QFile::exists(QStringLiteral("zzzdip.ini")));
     const QByteArray journal = readFile(QStringLiteral("zzzdip.journal"));
-    QVERIFY(journal.startsWith("Dipscope recovery journal 1\nEnded: run-time error 11 \"Division by zero\"\n"));
+    QVERIFY(journal.startsWith("Dipscope recovery journal 2\nEnded: run-time error 11 \"Division by zero\"\n"));
 
     // The next start.
     m_scope->messages.clear();
@@ -244,6 +259,7 @@ void RecoveryTest::runtimeErrorKeepsTheSession()
     QCOMPARE(yes.titles, QStringList{QStringLiteral("Dipscope")});
     QVERIFY(m_scope->messages.messages().isEmpty());
     QCOMPARE(picture(*window), before);
+    QVERIFY(S().Results(2).published && S().Results(6).published);
     // The fold starts where it started in the first run: the editor's deletions came after the
     // sign, there as here.
     QCOMPARE(S().Deleted(21), rt::Integer(rt::True));

@@ -59,6 +59,8 @@ private Q_SLOTS:
     void doneAndExitHide();
     void reopenRedrawsMarkersAndCurve();
     void focusChangesRedraw();
+    void markersKeptThroughUpdateAndResize();
+    void undoAsksForTheRangeAsAtOpening();
 
 private:
     frmPlott5* m_form = nullptr;
@@ -69,6 +71,16 @@ private:
     // The window opened, the range picked around the dip, the start values typed.
     void openAndPick();
     double xOf(double t) const { return PlotX(m_form->transform(), CurrentScale(), t); }
+    double yOf(double m) const { return PlotY(m_form->transform(), CurrentScale(), m); }
+    // Point i of the stored model curve lies inside the plot box and is drawn in blue.
+    bool curveDrawnAt(int i) const
+    {
+        const FourierState& f = S().Fourier;
+        const PlotTransform& b = m_form->transform();
+        const double x = xOf(f.CurveT(i)), y = yOf(f.CurveM(i));
+        return x > b.PlotLeft + 30 && x < b.PlotRight - 30 && y > b.PlotTop + 30 && y < b.PlotBottom - 30 &&
+               colourNear(*m_form, x, y, colours::blue);
+    }
 };
 
 void FrmPlott5Test::init()
@@ -264,8 +276,12 @@ void FrmPlott5Test::fitPublishesAndRewritesBoxes()
     QCOMPARE(m_form->windowTitle(), QStringLiteral("Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."));
     for (int k = 1; k <= 8; ++k)
         QCOMPARE(m_form->Text1(k)->text(), FormatFixed(f.FourierPar(k), 9, 5));
-    QVERIFY(colourNear(*m_form, xOf(f.CurveT(50)), PlotY(m_form->transform(), CurrentScale(), f.CurveM(50)),
-                       colours::blue));
+    // The fitted minimum lies a little below the faintest point, outside the box, where the curve
+    // is clipped; its flanks are drawn.
+    QVERIFY(yOf(f.CurveM(50)) > S().PlotBottom);
+    QVERIFY(!colourNear(*m_form, xOf(f.CurveT(50)), S().PlotBottom + 2 * TwipsPerPixel, colours::blue));
+    QVERIFY(curveDrawnAt(25));
+    QVERIFY(curveDrawnAt(75));
 }
 
 void FrmPlott5Test::secondFitDoesNothing()
@@ -353,8 +369,8 @@ void FrmPlott5Test::reopenRedrawsMarkersAndCurve()
     QVERIFY(colourNear(*m_form, xOf(r.LeftHJD), S().PlotTop + 300, colours::purple));
     QVERIFY(colourNear(*m_form, xOf(r.RightHJD), S().PlotTop + 300, colours::purple));
     const FourierState& f = S().Fourier;
-    QVERIFY(colourNear(*m_form, xOf(f.CurveT(50)), PlotY(m_form->transform(), CurrentScale(), f.CurveM(50)),
-                       colours::blue));
+    QVERIFY(curveDrawnAt(25));
+    QVERIFY(curveDrawnAt(75));
     // The caption and the boxes stay as the fit left them.
     QCOMPARE(m_form->windowTitle(), QStringLiteral("Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."));
     QCOMPARE(m_form->Text1(3)->text(), FormatFixed(f.FourierPar(3), 9, 5));
@@ -374,14 +390,73 @@ void FrmPlott5Test::focusChangesRedraw()
     click(m_form->Command1());
     const int thick = countPixels(m_form->picture(), colours::blue);
 
-    // Another window takes the focus: the plot and the stored curve, thin, without markers.
+    // Another window takes the focus: the plot, the range markers and the stored curve, thin.
     QWidget other;
     other.show();
     other.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&other));
     QTRY_VERIFY(countPixels(m_form->picture(), colours::blue) < thick);
     QVERIFY(countPixels(m_form->picture(), colours::blue) > 0);
-    QVERIFY(!colourNear(*m_form, r.LeftMarkX, S().PlotTop + 300, colours::purple));
+    QVERIFY(colourNear(*m_form, xOf(r.LeftHJD), S().PlotTop + 300, colours::purple));
+    QVERIFY(colourNear(*m_form, xOf(r.RightHJD), S().PlotTop + 300, colours::purple));
+    // And gets it back: the same picture again.
+    const QImage lost = m_form->picture();
+    m_form->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_form));
+    QCOMPARE(m_form->picture(), lost);
+}
+
+// The markers of the picked ends are drawn again with every redraw, at the place their times
+// take on the plot as it now is.
+void FrmPlott5Test::markersKeptThroughUpdateAndResize()
+{
+    open();
+    rightClick(2451234.5205);
+    const RangePick& r = S().Fourier.Range;
+    const double middle = (S().PlotTop + S().PlotBottom) / 2;
+    // One end only: a resize keeps it.
+    m_form->resize(m_form->width() + 90, m_form->height() + 45);
+    QTRY_COMPARE(S().WinPos(5, 3), rt::Integer(m_form->width() * TwipsPerPixel));
+    QCOMPARE(r.LeftMarkX, xOf(r.LeftHJD));
+    QVERIFY(colourNear(*m_form, xOf(r.LeftHJD), middle, colours::purple));
+    rightClick(2451234.6105);
+    type(nearStart);
+    click(m_form->Command1());
+    QVERIFY(colourNear(*m_form, xOf(r.LeftHJD), S().PlotTop + 300, colours::purple));
+    QVERIFY(colourNear(*m_form, xOf(r.RightHJD), S().PlotTop + 300, colours::purple));
+    QVERIFY(curveDrawnAt(25));
+    // Smaller: the markers move with the scale, and the places they had are clear.
+    const double oldLeft = r.LeftMarkX;
+    m_form->resize(m_form->width() - 150, m_form->height());
+    QTRY_VERIFY(r.LeftMarkX != oldLeft);
+    QCOMPARE(r.LeftMarkX, xOf(r.LeftHJD));
+    QVERIFY(colourNear(*m_form, xOf(r.LeftHJD), S().PlotTop + 300, colours::purple));
+    QVERIFY(colourNear(*m_form, xOf(r.RightHJD), S().PlotTop + 300, colours::purple));
+    QVERIFY(!colourNear(*m_form, oldLeft, S().PlotTop + 300, colours::purple));
+}
+
+// After Undo no end is picked, whatever was done before it: the caption is the one the window
+// opens with, and the markers are gone.
+void FrmPlott5Test::undoAsksForTheRangeAsAtOpening()
+{
+    open();
+    const QString opening = m_form->windowTitle();
+    rightClick(2451234.5205);
+    click(m_form->Command3());
+    QCOMPARE(m_form->windowTitle(), opening);
+    QCOMPARE(countPixels(m_form->picture(), colours::purple), 0);
+    openAndPick();
+    click(m_form->Command1());
+    click(m_form->Command2());
+    QCOMPARE(m_form->windowTitle(), QStringLiteral("Fourier fit - CLICK 'Done' TO EXIT, OR 'Undo' TO START OVER."));
+    click(m_form->Command3());
+    QCOMPARE(m_form->windowTitle(), QStringLiteral("Fit Fourier - RIGHT-CLICK AT START (left end) OF RANGE."));
+    QCOMPARE(countPixels(m_form->picture(), colours::purple), 0);
+    // A focus change does not bring markers back.
+    m_form->Form_GotFocus();
+    QCOMPARE(countPixels(m_form->picture(), colours::purple), 0);
+    rightClick(2451234.6105);
+    QCOMPARE(m_form->windowTitle(), QStringLiteral("Fit Fourier - CLICK 'Fit Fourier', OR 'Undo' TO START OVER."));
 }
 
 QTEST_MAIN(FrmPlott5Test)

@@ -18,9 +18,12 @@
 
 #include <QAction>
 #include <QFile>
+#include <QLineEdit>
+#include <QPrinter>
 #include <QPushButton>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace dip;
@@ -62,6 +65,7 @@ private Q_SLOTS:
     void cleanup();
     void linesOneDotWideAt600Dpi_data();
     void linesOneDotWideAt600Dpi();
+    void overlaysInsideTheBoxOnThePage();
 
 private:
     std::unique_ptr<WindowTestScope> m_scope;
@@ -141,6 +145,102 @@ void MethodPrintingTest::linesOneDotWideAt600Dpi()
              qPrintable(
                  QStringLiteral("no image of %1 x %2 dots").arg(button.width() * scale).arg(button.height() * scale)));
     QVERIFY(!pdfImages(bytes).contains(form.clientSize()));
+    form.hide();
+}
+
+// The Fourier window with a preview curve far off the scale and its range markers, printed at
+// 600 dpi: the page differs from the page of the bare plot only strictly inside the frame (and
+// in the controls, whose texts changed), so the curve is clipped on paper as on the screen.
+void MethodPrintingTest::overlaysInsideTheBoxOnThePage()
+{
+    control<QPushButton>(*m_window, QStringLiteral("Command5"))->click();
+    frmPlott5& form = frmPlott5::form();
+    QVERIFY(form.isVisible());
+    QApplication::processEvents();
+    CurrentPrinter().printQuality = 600;
+    auto printPage = [&](const QString& name, QImage* page) {
+        const QString pdf = QDir(m_scope->folder.path()).filePath(name);
+        CurrentPrinter().outputFile = pdf;
+        form.findChild<QAction*>(QStringLiteral("mPrint"))->trigger();
+        QString error;
+        *page = rasterisePdf(pdf, 600, &error);
+        QVERIFY2(!page->isNull(), qPrintable(error));
+    };
+    QImage before;
+    printPage(QStringLiteral("before.pdf"), &before);
+
+    const Session& s = S();
+    const PlotTransform& box = form.transform();
+    for (const double t : {s.HJDMin + 0.3 * s.HJDRange, s.HJDMin + 0.7 * s.HJDRange}) {
+        const double x = box.PlotLeft + box.PlotWidth * (t - s.HJDMin) / s.HJDRange;
+        QTest::mouseClick(form.surface(), Qt::RightButton, {},
+                          QPoint(int(std::lround(x / 15)), int(std::lround((box.PlotTop + box.PlotBottom) / 30))));
+    }
+    QCOMPARE(s.Fourier.Range.RangeSet, rt::True);
+    // Xo at the deepest point, an amplitude far larger than the dip: the preview leaves the box
+    // at its top.
+    const QStringList start = {
+        QString::number(s.HJD(s.IdxMagMax), 'f', 5), QString::number(s.MagMax), "25", "3", "0", "0", "0", "0"};
+    for (int k = 1; k <= 8; ++k)
+        form.Text1(k)->setText(start[k - 1]);
+    form.Command1()->click();
+    const FourierState& f = s.Fourier;
+    QVERIFY(*std::min_element(&f.CurveM(0), &f.CurveM(0) + 101) < s.MagMin - s.MagRange);
+    QImage after;
+    printPage(QStringLiteral("after.pdf"), &after);
+    QCOMPARE(after.size(), before.size());
+
+    // Where the client area stands on the page: at the printable area's corner, 600/96 dots to a
+    // pixel (the window fits the page).
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setResolution(600);
+    const QPointF origin = printer.pageLayout().paintRectPixels(600).topLeft();
+    const double scale = 600.0 / form.logicalDpiX();
+    QVERIFY(form.clientSize().width() * scale <= printer.pageLayout().paintRectPixels(600).width());
+    auto dotX = [&](double twips) { return origin.x() + twips / 15 * scale; };
+    auto dotY = [&](double twips) { return origin.y() + twips / 15 * scale; };
+    // The frame is there: its left edge inked down most of the box on the bare plot's page.
+    const InkMap ink(before);
+    const int frameColumn = int(std::floor(dotX(box.PlotLeft)));
+    int inked = 0;
+    for (int y = int(dotY(box.PlotTop)) + 2; y < int(dotY(box.PlotBottom)) - 2; ++y)
+        inked += ink.at(frameColumn, y) ? 1 : 0;
+    QVERIFY2(inked > 0.9 * (dotY(box.PlotBottom) - dotY(box.PlotTop)),
+             qPrintable(QStringLiteral("the frame's left edge is not at dot column %1").arg(frameColumn)));
+
+    // Every dot that changed lies clear of the frame's lines (each 1 dot wide about its place),
+    // unless it is in a control.
+    QList<QRectF> controls;
+    for (QWidget* c : form.surface()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        controls << QRectF(dotX(c->x() * 15) - 2, dotY(c->y() * 15) - 2, c->width() * scale + 4,
+                           c->height() * scale + 4);
+    const double left = dotX(box.PlotLeft) + 0.5, right = dotX(box.PlotRight) - 0.5;
+    const double top = dotY(box.PlotTop) + 0.5, bottom = dotY(box.PlotBottom) - 0.5;
+    int changedInside = 0;
+    for (int y = 0; y < after.height(); ++y) {
+        const uchar* a = after.constScanLine(y);
+        const uchar* b = before.constScanLine(y);
+        for (int x = 0; x < after.width(); ++x) {
+            if (a[x] == b[x])
+                continue;
+            if (x >= left && x + 1 <= right && y >= top && y + 1 <= bottom) {
+                ++changedInside;
+                continue;
+            }
+            const QPointF dot(x + 0.5, y + 0.5);
+            QVERIFY2(std::any_of(controls.begin(), controls.end(), [&dot](const QRectF& r) { return r.contains(dot); }),
+                     qPrintable(QStringLiteral("dot (%1, %2) changed outside the box %3..%4, %5..%6")
+                                    .arg(x)
+                                    .arg(y)
+                                    .arg(left)
+                                    .arg(right)
+                                    .arg(top)
+                                    .arg(bottom)));
+        }
+    }
+    QVERIFY(changedInside > 1000);
     form.hide();
 }
 

@@ -66,12 +66,12 @@ QList<QWidget*> controlsOf(const PlotWindow& form)
 }
 
 // Every control inside the client area, none covering another or the plot box (as the window's
-// last drawing set it), and the plot box of positive size.
+// own last drawing set it), and the plot box of positive size.
 void checkNothingHiddenOrCovered(const PlotWindow& form)
 {
     const QRect client(QPoint(0, 0), form.clientSize());
-    const Session& s = S();
-    const QRectF box(PlotWindow::toPixels(s.PlotLeft, s.PlotTop), PlotWindow::toPixels(s.PlotRight, s.PlotBottom));
+    const PlotTransform& b = form.transform();
+    const QRectF box(PlotWindow::toPixels(b.PlotLeft, b.PlotTop), PlotWindow::toPixels(b.PlotRight, b.PlotBottom));
     QVERIFY2(box.width() > 0 && box.height() > 0, "the plot box has no room");
     const QList<QWidget*> controls = controlsOf(form);
     for (int i = 0; i < controls.size(); ++i) {
@@ -314,13 +314,17 @@ void PlotLayoutTest::enterInStepOrFracPressesFitKwee()
     QFETCH(QString, box);
     control<QPushButton>(*m_main, QStringLiteral("Command4"))->click();
     frmPlott4& form = frmPlott4::form();
-    // A range around the dip at 0.5, picked with the right mouse button.
-    for (const double t : {0.462, 0.538}) {
-        const Session& s = S();
-        const double x = s.PlotLeft + s.PlotWidth * (t - s.HJDMin) / s.HJDRange;
-        QTest::mouseClick(form.surface(), Qt::RightButton, {},
-                          QPoint(int(std::lround(x / 15)), int(std::lround((s.PlotTop + s.PlotBottom) / 30))));
-    }
+    // A range around the dip at 0.5, picked with the right mouse button on the window's own box.
+    auto pickAroundTheDip = [&form] {
+        for (const double t : {0.462, 0.538}) {
+            const Session& s = S();
+            const PlotTransform& b = form.transform();
+            const double x = b.PlotLeft + b.PlotWidth * (t - s.HJDMin) / s.HJDRange;
+            QTest::mouseClick(form.surface(), Qt::RightButton, {},
+                              QPoint(int(std::lround(x / 15)), int(std::lround((b.PlotTop + b.PlotBottom) / 30))));
+        }
+    };
+    pickAroundTheDip();
     QCOMPARE(m_main->text(4), QString());
     QTest::keyClick(control<QLineEdit>(form, box), Qt::Key_Return);
     QVERIFY(m_main->checked(4));
@@ -328,12 +332,7 @@ void PlotLayoutTest::enterInStepOrFracPressesFitKwee()
     // The same result as the button gives.
     const QString byEnter = m_main->text(4);
     control<QPushButton>(form, QStringLiteral("Command2"))->click(); // Undo
-    for (const double t : {0.462, 0.538}) {
-        const Session& s = S();
-        const double x = s.PlotLeft + s.PlotWidth * (t - s.HJDMin) / s.HJDRange;
-        QTest::mouseClick(form.surface(), Qt::RightButton, {},
-                          QPoint(int(std::lround(x / 15)), int(std::lround((s.PlotTop + s.PlotBottom) / 30))));
-    }
+    pickAroundTheDip();
     control<QPushButton>(form, QStringLiteral("Command1"))->click();
     QCOMPARE(m_main->text(4), byEnter);
 }

@@ -153,8 +153,8 @@ void frmPlott5::Form_MouseDown(int button, int, double x, double y) { fourierMou
 void frmPlott5::Form_MouseMove(int, int, double x, double y) { setMousePointer(int(pointerAt(transform(), x, y))); }
 
 // The window taking or losing the focus redraws. The activation that comes with showing the
-// window is not a change of focus of its own: the method button has just drawn the plot with
-// the range markers, and they stay.
+// window is not a change of focus of its own: the method button has just drawn the plot, the
+// markers and the curve by its own rules, and that picture stays.
 void frmPlott5::changeEvent(QEvent* event)
 {
     PlotWindow::changeEvent(event);
