@@ -10,6 +10,8 @@
 #include "session/Points.h"
 #include "session/Results.h"
 #include "session/Session.h"
+#include "session/SessionEvents.h"
+#include "session/WholeDays.h"
 
 #include <QDir>
 
@@ -133,8 +135,16 @@ void InstallLightCurve(const LightCurve& curve)
     const int rows = curve.rowCount;
     if (rows > 1000)
         rt::raise(9);
+    // With the toolkit's "Subtract whole days" on, the whole day of the first row is set apart in
+    // HJDOffset and every time is stored less it (exactly, for times within a factor of two of the offset);
+    // with it off
+    // the times are stored as read and HJDOffset stays 0.
+    s.WholeDaysSubtracted = s.SubtractWholeDays;
+    s.HJDOffset = s.SubtractWholeDays ? WholeDayOffset(curve) : 0;
+    s.TimesSystem = curve.timeSystem;
     for (int k = 1; k <= rows; ++k) {
-        s.ReadHJD(k) = curve.times[static_cast<std::size_t>(k - 1)];
+        const double t = curve.times[static_cast<std::size_t>(k - 1)];
+        s.ReadHJD(k) = s.SubtractWholeDays ? t - s.HJDOffset : t;
         s.ReadMag(k) = curve.mags[static_cast<std::size_t>(k - 1)];
     }
     s.NumOrig = i16(rows);
@@ -175,6 +185,8 @@ void InstallLightCurve(const LightCurve& curve)
     // 17. "+Mags" after every load, whatever was chosen before.
     form.showMagOption(0);
     ApplyMagSense(0);
+
+    notifySessionChange({SessionChange::Loaded, 0, &curve});
 }
 
 bool LoadDataFile()
