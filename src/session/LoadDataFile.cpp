@@ -116,6 +116,9 @@ LightCurve readCsv(const QString& path, int maxRows)
                 const double m = numericField(mag);
                 curve.times.push_back(t);
                 curve.mags.push_back(m);
+                const TimeParts parts = SplitTimeText(time.text, t);
+                curve.wholeDays.push_back(parts.whole);
+                curve.dayFractions.push_back(parts.fraction);
                 for (int extra = 1; extra <= c2 - 1; ++extra)
                     in.input(); // columns 3 to 6 are read and thrown away
                 ++i;
@@ -142,10 +145,17 @@ void InstallLightCurve(const LightCurve& curve)
     s.WholeDaysSubtracted = s.SubtractWholeDays;
     s.HJDOffset = s.SubtractWholeDays ? WholeDayOffset(curve) : 0;
     s.TimesSystem = curve.timeSystem;
+    const bool parts = curve.hasTimeParts();
     for (int k = 1; k <= rows; ++k) {
-        const double t = curve.times[static_cast<std::size_t>(k - 1)];
-        s.ReadHJD(k) = s.SubtractWholeDays ? t - s.HJDOffset : t;
-        s.ReadMag(k) = curve.mags[static_cast<std::size_t>(k - 1)];
+        const std::size_t i = static_cast<std::size_t>(k - 1);
+        const double t = curve.times[i];
+        if (!s.SubtractWholeDays)
+            s.ReadHJD(k) = t;
+        else if (parts) // the whole days apart first: every digit of the fraction as written
+            s.ReadHJD(k) = (curve.wholeDays[i] - s.HJDOffset) + curve.dayFractions[i];
+        else
+            s.ReadHJD(k) = t - s.HJDOffset;
+        s.ReadMag(k) = curve.mags[i];
     }
     s.NumOrig = i16(rows);
     s.NumPts = s.NumOrig;

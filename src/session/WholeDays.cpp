@@ -9,10 +9,52 @@
 
 namespace dip {
 
+TimeParts SplitTimeValue(double value)
+{
+    if (!std::isfinite(value))
+        return {value, 0};
+    const double whole = std::trunc(value);
+    return {whole, value - whole}; // exact: the rest of a double below its whole part
+}
+
+TimeParts SplitTimeText(const QString& text, double value)
+{
+    const QString t = text.trimmed();
+    int i = 0;
+    const bool negative = t.startsWith(QLatin1Char('-'));
+    if (negative || t.startsWith(QLatin1Char('+')))
+        i = 1;
+    const int digitsStart = i;
+    while (i < t.size() && t[i].isDigit() && t[i].unicode() < 128)
+        ++i;
+    const int point = i;
+    if (i < t.size() && t[i] == QLatin1Char('.')) {
+        ++i;
+        while (i < t.size() && t[i].isDigit() && t[i].unicode() < 128)
+            ++i;
+    }
+    // Up to 15 digits before the point are a whole number a double holds exactly.
+    const int wholeDigits = point - digitsStart;
+    if (i != t.size() || t.size() == digitsStart || wholeDigits > 15 || (wholeDigits == 0 && point + 1 >= t.size()))
+        return SplitTimeValue(value);
+    double whole = wholeDigits == 0 ? 0.0 : t.mid(digitsStart, wholeDigits).toDouble();
+    double fraction = point < t.size() ? (QStringLiteral("0") + t.mid(point)).toDouble() : 0.0;
+    if (negative) {
+        whole = -whole;
+        fraction = -fraction;
+    }
+    return {whole, fraction};
+}
+
 double WholeDayOffset(const LightCurve& curve)
 {
     if (curve.rowCount < 1 || curve.times.empty())
         return 0;
+    if (curve.hasTimeParts()) {
+        // Int of whole + fraction, without rounding the two into one double first.
+        const double whole = curve.wholeDays.front(), fraction = curve.dayFractions.front();
+        return whole + rt::Int(fraction);
+    }
     return rt::Int(curve.times.front());
 }
 

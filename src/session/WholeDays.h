@@ -15,6 +15,19 @@
 
 namespace dip {
 
+// A time in two parts, whole + fraction being the time exactly.
+struct TimeParts {
+    double whole = 0;
+    double fraction = 0;
+};
+
+// The parts of a time as a file writes it: for a plain decimal ("2459123.38000", "-0.5",
+// blanks around allowed) the digits before the point and those after it, each read on its own,
+// so that "2459123.38000" gives 0.38000 as exactly as "0.38000" does; for anything else (an
+// exponent form, a quoted text) the value's whole days toward zero and the rest.
+TimeParts SplitTimeText(const QString& text, double value);
+TimeParts SplitTimeValue(double value);
+
 // Above this many days a time leaves the fits too few digits; the toolkit then suggests the
 // switch.
 constexpr double LargeTimeDays = 10;
