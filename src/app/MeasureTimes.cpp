@@ -15,8 +15,11 @@
 #include "times/SkyPosition.h"
 #include "times/TimeConversion.h"
 
+#include <QRegularExpression>
+
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace dip {
 
@@ -192,18 +195,14 @@ public:
     {
         if (!m_reportSystem)
             return;
-        QStringList said;
-        auto sayOnce = [&](const QString& text) {
-            if (!text.isEmpty() && !said.contains(text)) {
-                said << text;
-                note(err, text);
-            }
-        };
+        // What could not be converted: each reason once, the other times it holds for named.
+        std::vector<std::pair<QString, times::Converted>> failed;
+        QString warning;
         for (const RowConversion& row : ConvertPublishedResults()) {
             if (!row.converted.ok)
-                sayOnce(QStringLiteral("%1 cannot be converted: %2").arg(rowTitle(row.method), row.converted.error));
+                failed.emplace_back(rowTitle(row.method), row.converted);
             else if (!row.converted.warning.isEmpty())
-                sayOnce(QStringLiteral("warning: %1").arg(row.converted.warning));
+                warning = row.converted.warning;
         }
         MainForm& form = mainForm();
         for (int m = 0; m < 2; ++m) {
@@ -215,8 +214,27 @@ public:
             if (c.ok)
                 m_meansConverted[m] = c.time;
             else
-                sayOnce(QStringLiteral("%1 cannot be converted: %2").arg(meanTitle(m), c.error));
+                failed.emplace_back(meanTitle(m), c);
         }
+        static const QRegularExpression number(QStringLiteral("[0-9]+\\.[0-9]+"));
+        std::vector<bool> told(failed.size(), false);
+        for (std::size_t i = 0; i < failed.size(); ++i) {
+            if (told[i])
+                continue;
+            const QString reason = QString(failed[i].second.error).remove(number);
+            QStringList alike;
+            for (std::size_t j = i + 1; j < failed.size(); ++j) {
+                if (!told[j] && QString(failed[j].second.error).remove(number) == reason) {
+                    told[j] = true;
+                    alike << failed[j].first;
+                }
+            }
+            note(err, QStringLiteral("%1 cannot be converted: %2").arg(failed[i].first, failed[i].second.error));
+            if (!alike.isEmpty())
+                note(err, QStringLiteral("neither, for the same reason: %1").arg(alike.join(QStringLiteral(", "))));
+        }
+        if (!warning.isEmpty())
+            note(err, QStringLiteral("warning: %1").arg(warning));
     }
 
     void addJson(JsonObject& run) const override
