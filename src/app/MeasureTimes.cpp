@@ -82,17 +82,17 @@ public:
         } else if (line.is("--ra")) {
             const times::Angle ra = times::parseRightAscension(line.value());
             if (!ra.ok)
-                throw UsageError{QStringLiteral("--ra: %1").arg(ra.error)};
+                throw UsageError{ra.error};
             m_ra = ra.degrees;
         } else if (line.is("--dec")) {
             const times::Angle dec = times::parseDeclination(line.value());
             if (!dec.ok)
-                throw UsageError{QStringLiteral("--dec: %1").arg(dec.error)};
+                throw UsageError{dec.error};
             m_dec = dec.degrees;
         } else if (line.is("--site")) {
             const times::ParsedSite site = times::parseSite(line.value());
             if (!site.ok)
-                throw UsageError{QStringLiteral("--site: %1").arg(site.error)};
+                throw UsageError{site.error};
             m_site = site.site;
         } else if (line.is("--filter")) {
             m_filter = line.value().trimmed();

@@ -331,10 +331,11 @@ void MeasureTimesTest::badCommandLines_data()
                                     << "--time-system takes jd, hjd or bjd, not 'tt'";
     QTest::newRow("unknown report system")
         << QStringList{"--report-in=utc"} << "--report-in takes jd, hjd or bjd, not 'utc'";
-    QTest::newRow("bad RA") << QStringList{"--report-in", "bjd", "--ra", "25:00:00", "--dec", "10"} << "--ra: ";
-    QTest::newRow("bad Dec") << QStringList{"--report-in", "bjd", "--ra", "10", "--dec", "91"} << "--dec: ";
+    QTest::newRow("bad RA") << QStringList{"--report-in", "bjd", "--ra", "25:00:00", "--dec", "10"}
+                            << "RA \"25:00:00\": ";
+    QTest::newRow("bad Dec") << QStringList{"--report-in", "bjd", "--ra", "10", "--dec", "91"} << "Dec \"91\": ";
     QTest::newRow("bad site") << QStringList{"--report-in", "bjd", "--ra", "10", "--dec", "10", "--site", "49,8"}
-                              << "--site: ";
+                              << "site \"49,8\": ";
     QTest::newRow("reduce with a value") << QStringList{"--reduce=1"} << "--reduce takes no value";
     QTest::newRow("window of one time") << QStringList{"--window", "0.4"} << "--window takes 2 comma-separated times";
     QTest::newRow("window backwards") << QStringList{"--window", "0.6,0.4"}

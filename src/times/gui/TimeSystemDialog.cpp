@@ -36,6 +36,15 @@ void choose(QComboBox* box, TimeSystem system)
         box->setCurrentIndex(index);
 }
 
+// The parsers' messages name the field ("RA \"25:00:00\": ..."); a sentence of the dialog starts
+// with a capital.
+QString capitalised(QString text)
+{
+    if (!text.isEmpty())
+        text[0] = text[0].toUpper();
+    return text;
+}
+
 TimeSystem chosen(const QComboBox* box) { return static_cast<TimeSystem>(box->currentData().toInt()); }
 
 QLineEdit* field(QWidget* parent, const QString& name, const QString& example)
@@ -136,6 +145,9 @@ void TimeSystemDialog::showProblem(const QString& text)
 
 std::optional<TimeSystemChoice> TimeSystemDialog::readFields()
 {
+    // Until the fields read, no table: it would show times for a star other than the one typed.
+    m_table->clearContents();
+    m_table->setRowCount(0);
     TimeSystemChoice choice;
     choice.fileSystem = chosen(m_fileSystem);
     choice.reportSystem = chosen(m_reportSystem);
@@ -147,13 +159,13 @@ std::optional<TimeSystemChoice> TimeSystemDialog::readFields()
     }
     const Angle ra = parseRightAscension(m_ra->text());
     if (!ra.ok) {
-        showProblem(QStringLiteral("Right ascension: %1").arg(ra.error));
+        showProblem(capitalised(ra.error));
         m_ra->setFocus();
         return std::nullopt;
     }
     const Angle dec = parseDeclination(m_dec->text());
     if (!dec.ok) {
-        showProblem(QStringLiteral("Declination: %1").arg(dec.error));
+        showProblem(capitalised(dec.error));
         m_dec->setFocus();
         return std::nullopt;
     }
@@ -161,7 +173,7 @@ std::optional<TimeSystemChoice> TimeSystemDialog::readFields()
     if (!m_site->text().trimmed().isEmpty()) {
         const ParsedSite site = parseSite(m_site->text());
         if (!site.ok) {
-            showProblem(QStringLiteral("Observatory: %1").arg(site.error));
+            showProblem(capitalised(site.error));
             m_site->setFocus();
             return std::nullopt;
         }

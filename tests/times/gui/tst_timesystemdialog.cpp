@@ -132,6 +132,12 @@ void TimeSystemDialogTest::convertsEveryTime()
     const TimeConverter converter(d.choice->star, d.choice->site);
     const Converted expected = converter.convert(d.times[1].time.value(), TimeSystem::BJD_TDB, TimeSystem::HJD_UTC);
     QCOMPARE(d.converted[1]->fraction, expected.time.fraction);
+    // A field gone wrong takes the table away: it was for another star.
+    d.type("txtDec", QStringLiteral("+97:09:44.3"));
+    d.press();
+    QCOMPARE(d.emitted, 2);
+    QCOMPARE(d.child<QTableWidget>("tblConverted")->rowCount(), 0);
+    QCOMPARE(d.dialog.problem(), QStringLiteral("Dec \"+97:09:44.3\": must not exceed 90"));
 }
 
 void TimeSystemDialogTest::fieldProblems_data()
@@ -155,17 +161,17 @@ void TimeSystemDialogTest::fieldProblems_data()
     QTest::newRow("RA beyond 24 h") << "25:00:00"
                                     << "57"
                                     << ""
-                                    << "Right ascension: "
+                                    << "RA \"25:00:00\": must be below 24"
                                     << "txtRa";
     QTest::newRow("Dec beyond the pole") << "248"
                                          << "+91:00:00"
                                          << ""
-                                         << "Declination: "
+                                         << "Dec \"+91:00:00\": must not exceed 90"
                                          << "txtDec";
     QTest::newRow("site of two numbers") << "248"
                                          << "57"
                                          << "49.4,8.7"
-                                         << "Observatory: "
+                                         << "Site \"49.4,8.7\": give LAT,LON,HEIGHT"
                                          << "txtSite";
 }
 
