@@ -37,7 +37,8 @@ const char* const timesUsage =
     "  --report-in    convert every result into this system for the star at RA, DEC (J2000:\n"
     "                 degrees, or 16:34:20.33 and +57:09:44.3), seen from the site (degrees\n"
     "                 north, degrees EAST, metres) or the Earth's centre; full Julian dates only\n"
-    "  --filter       the band to take from a file of several (default: the most frequent)\n"
+    "  --filter       the band: the one to take from a file of several (default: the most\n"
+    "                 frequent), or the one the observations were made in, for the reports\n"
     "  --window       the time window to take from a file of more than 1000 observations\n"
     "  FILE may also be an AAVSO extended file, an AstroImageJ table or a TESS/Kepler FITS\n"
     "  light curve: the kind is told by the content.\n";
@@ -124,7 +125,9 @@ public:
 
     bool load(const QString& file, std::FILE* err) override
     {
-        const bool choices = m_window.has_value() || !m_filter.isEmpty();
+        // The program's own files go the Open dialog's way unless a window is to be cut from them
+        // (a filter is only the band they were observed in, for the reports).
+        const bool choices = m_window.has_value();
         import::FileFormat format = import::FileFormat::Csv;
         try {
             format = import::detectFormat(file);
@@ -148,7 +151,9 @@ public:
                               .arg(file, present.join(QStringLiteral(", ")), import::defaultFilter(prepared.rows)));
             }
             import::ImportOptions options;
-            options.filter = m_filter;
+            // A band to choose among the file's; a file of one band (or none) is told below.
+            if (!prepared.rows.rowFilters.empty())
+                options.filter = m_filter;
             options.window = m_window;
             const LightCurve curve = ChooseLightCurveRows(prepared, options);
             InstallFileCurve(prepared, curve);
@@ -172,6 +177,14 @@ public:
                                          "--time-system says")
                               .arg(times::timeSystemName(t.fileSystem), times::timeSystemName(*m_fileSystem)));
             StateFileSystem(*m_fileSystem);
+        }
+        if (!m_filter.isEmpty() && t.filter.compare(m_filter, Qt::CaseInsensitive) != 0) {
+            // The band of a file that names none (or one other): the user's word, for the reports.
+            if (!t.filter.isEmpty())
+                note(err, QStringLiteral("warning: the file says its filter is %1; it is taken as %2, as --filter "
+                                         "says")
+                              .arg(t.filter, m_filter));
+            t.filter = m_filter;
         }
         if (m_reportSystem) {
             t.reportSystem = *m_reportSystem;

@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "MeasureRun.h"
 
+#include "analysis/Toolkit.h"
 #include "import/FitsWriter.h"
 #include "support/TestSupport.h"
 #include "times/JulianDate.h"
@@ -415,9 +416,12 @@ void MeasureTimesTest::windowAndFilterOnOwnFiles()
     QCOMPARE(r.code, 0);
     const int n = json(r).value(QStringLiteral("NumOrig")).toInt();
     QVERIFY(n > 50 && n < 171);
+    // A file without bands: --filter names the one it was observed in, for the reports.
     const Run f = measure({file, QStringLiteral("--json"), QStringLiteral("--filter"), QStringLiteral("V")});
-    QCOMPARE(f.code, 1);
-    QVERIFY(f.err.contains(QStringLiteral("the file names no filter, so \"V\" cannot be chosen")));
+    QCOMPARE(f.code, 0);
+    QCOMPARE(json(f).value(QStringLiteral("NumOrig")).toInt(), 171);
+    QCOMPARE(Toolkit().filter, QStringLiteral("V"));
+    QCOMPARE(f.err, QString());
     // An unreadable line of the program's own file, with a choice to make: a message, not an end.
     const QString bad = folder.write(QStringLiteral("bad.csv"), "t,m\n0.4,11\n0.5,x\n");
     const Run b = measure({bad, QStringLiteral("--json"), QStringLiteral("--window"), QStringLiteral("0,1")});
@@ -445,6 +449,13 @@ void MeasureTimesTest::fitsLightCurve()
     QCOMPARE(run.value(QStringLiteral("offset")).toDouble(), 2458739.0);
     const double t = resultOf(run, 4).value(QStringLiteral("time")).toDouble();
     QVERIFY2(std::abs(t - 2458739.5) < 0.0005, qPrintable(QString::number(t, 'f', 6)));
+    QCOMPARE(Toolkit().filter, QStringLiteral("TESS"));
+    QCOMPARE(Toolkit().starName, QStringLiteral("TIC 199574208"));
+    // The band the user names wins over the file's, with a word.
+    const Run named = measure({file, QStringLiteral("--json"), QStringLiteral("--filter"), QStringLiteral("Ic")});
+    QCOMPARE(named.code, 0);
+    QCOMPARE(Toolkit().filter, QStringLiteral("Ic"));
+    QVERIFY(named.err.contains(QStringLiteral("warning: the file says its filter is TESS; it is taken as Ic")));
 }
 
 void MeasureTimesTest::unreadableFile()
