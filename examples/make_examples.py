@@ -2,8 +2,9 @@
 # SPDX-License-Identifier: MIT
 # Copyright (c) the Dipscope developers
 """Writes the sample light curves of this folder. Fixed seeds: the files come out the same on
-every run. Times are reduced to the fraction of the day (HJD 2459123.51234 is written 0.51234):
-the methods fit the times as stored, so small numbers keep their precision."""
+every run. Most times are reduced to the fraction of the day (HJD 2459123.51234 is written
+0.51234): without "Subtract whole days" the methods fit the times as stored, so small numbers keep
+their precision. full-jd-minimum.csv writes them in full, for that switch."""
 
 import math
 import os
@@ -40,6 +41,20 @@ def single_minimum():
         t += 0.0015 + rng.uniform(-0.0003, 0.0003)
     write("single-minimum.csv", rows, "HJD,Mag,Err")
     return t0, len(rows)
+
+
+def full_jd_minimum():
+    """The single minimum again, its times written as full Julian dates (HJD 2459123.38000 ...),
+    as most observers' files have them: the example of subtracting whole days."""
+    src = os.path.join(HERE, "single-minimum.csv")
+    rows = []
+    with open(src) as f:
+        lines = f.read().splitlines()
+    for line in lines[1:]:
+        t, m, e = line.split(",")
+        rows.append(("2459123" + t[1:], m, e))
+    write("full-jd-minimum.csv", rows, lines[0])
+    return 2459123.51234, len(rows)
 
 
 def inverted_minimum():
@@ -104,5 +119,6 @@ def long_light_curve():
 
 if __name__ == "__main__":
     print("single-minimum.csv", *single_minimum())
+    print("full-jd-minimum.csv", *full_jd_minimum())
     print("inverted-minimum.csv", *inverted_minimum())
     print("long-light-curve.csv", *long_light_curve())

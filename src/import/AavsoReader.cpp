@@ -4,6 +4,7 @@
 
 #include "import/ImportError.h"
 #include "import/TextFile.h"
+#include "session/WholeDays.h"
 
 #include <cmath>
 
@@ -133,8 +134,9 @@ ImportedRows readAavsoExtended(const QString& path)
         const std::optional<double> mag = numberField(magText);
         if (!mag || std::isnan(*mag))
             throw ImportError(file, lineNo, QStringLiteral("MAG \"%1\" is not a number").arg(magText));
-        rows.curve.times.push_back(*date);
-        rows.curve.mags.push_back(*mag);
+        const TimeParts parts = SplitTimeText(f[1], *date);
+        rows.curve.addRow(parts.whole, parts.fraction, *mag);
+        rows.curve.times.back() = *date;
         rows.rowFilters.push_back(filter);
     }
 

@@ -4,6 +4,7 @@
 
 #include "import/ImportError.h"
 #include "import/TextFile.h"
+#include "session/WholeDays.h"
 
 #include <cmath>
 
@@ -121,8 +122,9 @@ ImportedRows readAstroImageJ(const QString& path, const QString& column)
                                       .arg(brightName, f[brightColumn].trimmed()));
             mag = -2.5 * std::log10(*b);
         }
-        rows.curve.times.push_back(*t);
-        rows.curve.mags.push_back(mag);
+        const TimeParts parts = SplitTimeText(f[timeColumn], *t);
+        rows.curve.addRow(parts.whole, parts.fraction, mag);
+        rows.curve.times.back() = *t;
     }
     if (rows.curve.times.empty())
         throw ImportError(file, 0, QStringLiteral("holds no measurement with a time and a brightness"));

@@ -184,8 +184,10 @@ ImportedRows readFitsLightCurve(const QString& path, const QString& column)
             ++notPositive;
             continue;
         }
-        rows.curve.times.push_back(refI + (refF + time[i]));
-        rows.curve.mags.push_back(-2.5 * std::log10(flux[i]));
+        // BJDREFI + (BJDREFF + TIME): the whole days apart, so that no digit of TIME is lost.
+        const double days = refF + time[i];
+        const double whole = std::floor(days);
+        rows.curve.addRow(refI + whole, days - whole, -2.5 * std::log10(flux[i]));
     }
 
     rows.curve.starName = fits.text("OBJECT");

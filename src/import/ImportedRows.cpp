@@ -51,18 +51,17 @@ QString defaultFilter(const ImportedRows& rows)
 ImportedRows withFilter(const ImportedRows& rows, const QString& filter)
 {
     ImportedRows out = rows;
-    out.curve.times.clear();
-    out.curve.mags.clear();
-    out.rowFilters.clear();
+    std::vector<std::size_t> kept;
     QString name;
+    out.rowFilters.clear();
     for (std::size_t i = 0; i < rows.rowFilters.size(); ++i) {
         if (rows.rowFilters[i].compare(filter, Qt::CaseInsensitive) != 0)
             continue;
         name = rows.rowFilters[i];
-        out.curve.times.push_back(rows.curve.times[i]);
-        out.curve.mags.push_back(rows.curve.mags[i]);
+        kept.push_back(i);
         out.rowFilters.push_back(rows.rowFilters[i]);
     }
+    out.curve = rows.curve.withRows(kept);
     if (out.curve.times.empty()) {
         QStringList present;
         for (const FilterCount& c : filtersIn(rows))
@@ -83,16 +82,12 @@ void sortByTime(ImportedRows& rows)
     std::iota(order.begin(), order.end(), std::size_t(0));
     const std::vector<double>& t = rows.curve.times;
     std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return t[a] < t[b]; });
-    std::vector<double> times(n), mags(n);
     std::vector<QString> filters(rows.rowFilters.empty() ? 0 : n);
-    for (std::size_t i = 0; i < n; ++i) {
-        times[i] = rows.curve.times[order[i]];
-        mags[i] = rows.curve.mags[order[i]];
-        if (!filters.empty())
-            filters[i] = rows.rowFilters[order[i]];
-    }
-    rows.curve.times = std::move(times);
-    rows.curve.mags = std::move(mags);
+    for (std::size_t i = 0; i < filters.size(); ++i)
+        filters[i] = rows.rowFilters[order[i]];
+    const int rowCount = rows.curve.rowCount;
+    rows.curve = rows.curve.withRows(order);
+    rows.curve.rowCount = rowCount;
     rows.rowFilters = std::move(filters);
 }
 
@@ -104,17 +99,11 @@ int countInWindow(const LightCurve& curve, const TimeWindow& window)
 
 LightCurve cutToWindow(const LightCurve& curve, const TimeWindow& window)
 {
-    LightCurve out = curve;
-    out.times.clear();
-    out.mags.clear();
-    for (std::size_t i = 0; i < curve.times.size(); ++i) {
-        if (curve.times[i] >= window.first && curve.times[i] <= window.last) {
-            out.times.push_back(curve.times[i]);
-            out.mags.push_back(curve.mags[i]);
-        }
-    }
-    out.rowCount = static_cast<int>(out.times.size());
-    return out;
+    std::vector<std::size_t> kept;
+    for (std::size_t i = 0; i < curve.times.size(); ++i)
+        if (curve.times[i] >= window.first && curve.times[i] <= window.last)
+            kept.push_back(i);
+    return curve.withRows(kept);
 }
 
 void checkObservationLimit(const LightCurve& curve)

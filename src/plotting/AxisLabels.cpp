@@ -3,6 +3,7 @@
 #include "plotting/AxisLabels.h"
 
 #include "runtime/Numeric.h"
+#include "session/WholeDays.h"
 
 #include <algorithm>
 #include <cmath>
@@ -143,8 +144,9 @@ std::vector<AxisText> TimeAxisTexts(const Canvas& canvas, const PlotScale& scale
     const double row = std::max(s.PlotTop, s.PlotBottom) + axis::TickLength + axis::TextGap;
     Placed placed;
 
-    // The name heads the row, in the margin left of the box.
-    const QString name = QStringLiteral("HJD");
+    // The name heads the row, in the margin left of the box: "HJD", or with whole days set
+    // apart "HJD − 2459123".
+    const QString name = TimeAxisName();
     const double nameWidth = canvas.textWidth(name);
     const double nameX = std::max(0.0, std::min(s.PlotLeft, s.PlotRight) - axis::MinSpace - nameWidth);
     texts.push_back({name, nameX, row, false});

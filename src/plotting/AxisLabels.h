@@ -4,11 +4,10 @@
 
 // The numbers and names of a plot's two axes, laid out around the plot box so that they never
 // cover the plot: the times under the box, each centred under its grid line, with the name
-// "HJD" in the left margin of that row; the magnitudes in the narrow left margin, written
-// upwards along the axis (the margin is 500 twips, too narrow for level numbers), each centred
-// on its tick, with the name "Magnitude" in the top margin above the axis. Where neighbouring
-// numbers would touch, only every 2nd, 5th, 10th ... grid value is numbered, so the numbers
-// shown stay round.
+// (TimeAxisName: "HJD", or "HJD − 2459123" with whole days set apart) at the left of that row; the magnitudes in the
+// narrow left margin, written upwards along the axis (the margin is 500 twips, too narrow for level numbers), each
+// centred on its tick, with the name "Magnitude" in the top margin above the axis. Where neighbouring numbers would
+// touch, only every 2nd, 5th, 10th ... grid value is numbered, so the numbers shown stay round.
 
 #include "plotting/FormPort.h"
 #include "plotting/PlotBox.h"

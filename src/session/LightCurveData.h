@@ -9,6 +9,7 @@
 
 #include <QString>
 
+#include <cstddef>
 #include <vector>
 
 namespace dip {
@@ -22,6 +23,14 @@ struct LightCurve {
     // sign-changed). Importers sort their rows by time; the CSV reader keeps the file's order.
     std::vector<double> times;
     std::vector<double> mags;
+
+    // Each time as written, in two parts where the reader keeps them: its whole days and the
+    // rest, wholeDays[i] + dayFractions[i] being the time exactly (times[i] is that sum in one
+    // double, which holds a full Julian date only to 40 microseconds). Subtracting whole days at
+    // a load uses them, so that a full Julian date and the same time written as the fraction of
+    // a day give the methods the very same numbers. Empty when a reader keeps only times.
+    std::vector<double> wholeDays;
+    std::vector<double> dayFractions;
 
     // How the CSV reader read the file: the number of commas of line 2 (c2), whether line 1 was
     // skipped (a header, or a line shaped unlike line 2), and the count of data rows it arrived
@@ -39,6 +48,44 @@ struct LightCurve {
     QString filter;
     QString observerCode;
     QString source; // the file it came from, for messages
+
+    // Both parts are there for every row.
+    bool hasTimeParts() const { return wholeDays.size() == times.size() && dayFractions.size() == times.size(); }
+
+    // Appends a row, its time in two parts (whole + fraction exactly) or as one double.
+    void addRow(double whole, double fraction, double mag)
+    {
+        times.push_back(whole + fraction);
+        wholeDays.push_back(whole);
+        dayFractions.push_back(fraction);
+        mags.push_back(mag);
+    }
+    void addRow(double time, double mag)
+    {
+        times.push_back(time);
+        mags.push_back(mag);
+    }
+
+    // The same light curve with only the rows at the given indexes (0-based), in that order;
+    // rowCount becomes their number.
+    LightCurve withRows(const std::vector<std::size_t>& rows) const
+    {
+        LightCurve out = *this;
+        const bool parts = hasTimeParts();
+        out.times.clear();
+        out.mags.clear();
+        out.wholeDays.clear();
+        out.dayFractions.clear();
+        for (const std::size_t i : rows) {
+            if (parts)
+                out.addRow(wholeDays[i], dayFractions[i], mags[i]);
+            else
+                out.addRow(times[i], mags[i]);
+            out.times.back() = times[i];
+        }
+        out.rowCount = static_cast<int>(out.times.size());
+        return out;
+    }
 };
 
 } // namespace dip

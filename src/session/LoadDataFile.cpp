@@ -10,6 +10,8 @@
 #include "session/Points.h"
 #include "session/Results.h"
 #include "session/Session.h"
+#include "session/SessionEvents.h"
+#include "session/WholeDays.h"
 
 #include <QDir>
 
@@ -114,6 +116,9 @@ LightCurve readCsv(const QString& path, int maxRows)
                 const double m = numericField(mag);
                 curve.times.push_back(t);
                 curve.mags.push_back(m);
+                const TimeParts parts = SplitTimeText(time.text, t);
+                curve.wholeDays.push_back(parts.whole);
+                curve.dayFractions.push_back(parts.fraction);
                 for (int extra = 1; extra <= c2 - 1; ++extra)
                     in.input(); // columns 3 to 6 are read and thrown away
                 ++i;
@@ -133,9 +138,24 @@ void InstallLightCurve(const LightCurve& curve)
     const int rows = curve.rowCount;
     if (rows > 1000)
         rt::raise(9);
+    // With the toolkit's "Subtract whole days" on, the whole day of the first row is set apart in
+    // HJDOffset and every time is stored less it (exactly, for times within a factor of two of the offset);
+    // with it off
+    // the times are stored as read and HJDOffset stays 0.
+    s.WholeDaysSubtracted = s.SubtractWholeDays;
+    s.HJDOffset = s.SubtractWholeDays ? WholeDayOffset(curve) : 0;
+    s.TimesSystem = curve.timeSystem;
+    const bool parts = curve.hasTimeParts();
     for (int k = 1; k <= rows; ++k) {
-        s.ReadHJD(k) = curve.times[static_cast<std::size_t>(k - 1)];
-        s.ReadMag(k) = curve.mags[static_cast<std::size_t>(k - 1)];
+        const std::size_t i = static_cast<std::size_t>(k - 1);
+        const double t = curve.times[i];
+        if (!s.SubtractWholeDays)
+            s.ReadHJD(k) = t;
+        else if (parts) // the whole days apart first: every digit of the fraction as written
+            s.ReadHJD(k) = (curve.wholeDays[i] - s.HJDOffset) + curve.dayFractions[i];
+        else
+            s.ReadHJD(k) = t - s.HJDOffset;
+        s.ReadMag(k) = curve.mags[i];
     }
     s.NumOrig = i16(rows);
     s.NumPts = s.NumOrig;
@@ -175,6 +195,8 @@ void InstallLightCurve(const LightCurve& curve)
     // 17. "+Mags" after every load, whatever was chosen before.
     form.showMagOption(0);
     ApplyMagSense(0);
+
+    notifySessionChange({SessionChange::Loaded, 0, &curve});
 }
 
 bool LoadDataFile()

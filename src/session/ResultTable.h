@@ -16,6 +16,7 @@ namespace dip {
 struct ResultRow {
     bool published = false; // the method wrote this row since it was last cleared
     double time = 0;        // the method's time of minimum plus HJDOffset
+    double methodTime = 0;  // the method's own time of minimum, without HJDOffset
     double error = 0;
     bool ticked = false; // "Use in Mean?" as the method left it
     QString timeText;    // the texts the row's boxes were given

@@ -6,6 +6,7 @@
 #include "session/Formatting.h"
 #include "session/MainForm.h"
 #include "session/Session.h"
+#include "session/SessionEvents.h"
 
 namespace dip {
 
@@ -29,6 +30,7 @@ void PublishResult(int method, double time, double error, const QString& errorTe
     ResultRow& row = s.Results(method);
     row.published = true;
     row.time = s.HJDOffset + time;
+    row.methodTime = time;
     row.error = error;
     row.ticked = true;
     row.trappedError = 0;
@@ -39,6 +41,7 @@ void PublishResult(int method, double time, double error, const QString& errorTe
     form.setText(method, row.timeText);
     form.setText(method + 6, row.errorText);
     form.setChecked(method, true);
+    notifySessionChange({SessionChange::ResultChanged, method, nullptr});
 }
 
 void ClearResult(int method, bool untick)
@@ -55,6 +58,7 @@ void ClearResult(int method, bool untick)
         row.ticked = false;
         form.setChecked(method, false);
     }
+    notifySessionChange({SessionChange::ResultChanged, method, nullptr});
 }
 
 void ClearResultTexts()
@@ -68,6 +72,7 @@ void ClearResultTexts()
     }
     for (int k = 1; k <= 12; ++k)
         form.setText(k, QString());
+    notifySessionChange({SessionChange::ResultChanged, 0, nullptr});
 }
 
 void UntickResults()

@@ -9,6 +9,7 @@
 
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
+#include "session/LightCurveData.h"
 #include "session/MethodWorkspaces.h"
 #include "session/ResultTable.h"
 
@@ -94,8 +95,16 @@ struct Session : KweeGrid, SlidingWorkspace {
     Integer PickIdx = 0;
     Integer RangeFirst = 0;
     Integer RangeLast = 0;
-    // Added to every method's time of minimum before it is shown. Nothing assigns it.
+    // Added to every method's time of minimum before it is shown. Only the toolkit's "Subtract
+    // whole days" assigns it (at a load, see session/WholeDays.h); otherwise it stays 0.
     double HJDOffset = 0;
+    // The toolkit's "Subtract whole days" switch, and whether it was on when the light curve in
+    // the session was loaded (a flip takes effect at the next load).
+    bool SubtractWholeDays = false;
+    bool WholeDaysSubtracted = false;
+    // The time system the loaded file's times are in: what an imported file says, or what the
+    // user states; Unstated for the program's own files (their times are called HJD).
+    TimeSystem TimesSystem = TimeSystem::Unstated;
 
     // Saved window placements: 7 lines of left, top, width, height (twips).
     rt::Matrix<Integer, 0, 7> WinPos;
