@@ -209,6 +209,21 @@ void TestBatch::badFileIsSkippedTheOthersDone()
     QCOMPARE(lines.size(), 1 + 3);
     for (int i = 1; i < lines.size(); ++i)
         QVERIFY(lines[i].startsWith(m_good + QLatin1Char(',')));
+
+    // With the default methods, the bad file between two good ones: both good files are timed.
+    const QString other = m_folder.write(QStringLiteral("other.csv"), threeEclipses());
+    const QString cut = m_folder.write(QStringLiteral("cut.csv"), "HJD,Mag\n0.1,10\n0.2,10\n0.3\n");
+    const test::Run d = batch(QStringList{m_good, cut, other, "--half-width=0.07"} + ephemeris);
+    QCOMPARE(d.code, 1);
+    QVERIFY2(
+        d.err.contains(cut + QStringLiteral(":4: the file ends before the row is complete; the file is skipped\n")),
+        qPrintable(d.err));
+    const QStringList rows = d.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(rows.size(), 1 + 2 * 3 * 2);
+    for (int i = 1; i < rows.size(); ++i) {
+        QVERIFY2(rows[i].startsWith((i <= 6 ? m_good : other) + QLatin1Char(',')), qPrintable(rows[i]));
+        QVERIFY2(rows[i].endsWith(QLatin1String(",ok")), qPrintable(rows[i]));
+    }
 }
 
 void TestBatch::missingFile()
