@@ -25,7 +25,7 @@ bool isBatchMethod(int method);
 //               holds no more (M = 500 for N = 555)
 //   5 Fourier   the whole range, the start values from the data (fourierStartValues), every
 //               point's deviation 0.01 as in the window
-//   6 sliding   the central 997 points at most (its grid of 3 (Int(N / 3) + 1) points must fit
+//   6 sliding   the central 998 points at most (its grid of 3 (Int(N / 3) + 1) points must fit
 //               in 1000); the method picks its own stretch about the deepest point
 // why says what is missing when there is no request.
 struct BatchMethodCall {
