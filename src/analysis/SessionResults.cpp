@@ -8,6 +8,31 @@
 
 namespace dip {
 
+namespace {
+
+int rangePoints(rt::Integer first, rt::Integer last) { return first > 0 && last >= first ? last - first + 1 : 0; }
+
+} // namespace
+
+int sessionPoints(int k)
+{
+    const Session& s = S();
+    switch (k) {
+    case 1: return rangePoints(s.ParabolaPick.LeftIdx, s.ParabolaPick.RightIdx);
+    case 3: {
+        const int left = rangePoints(s.Chords.Idx1, s.Chords.Idx2);
+        const int right = rangePoints(s.Chords.Idx3, s.Chords.Idx4);
+        return left > 0 && right > 0 ? left + right : 0;
+    }
+    case 4: return rangePoints(s.KweePick.LeftIdx, s.KweePick.RightIdx);
+    case 5: return rangePoints(s.Fourier.Range.LeftIdx, s.Fourier.Range.RightIdx);
+    case 6: return s.SlideN > 0 ? s.SlideN : 0;
+    default: break;
+    }
+    // The tracing paper folds the whole light curve by eye: no count of its own.
+    return 0;
+}
+
 TimeSystem resultSystem(const ToolkitState& toolkit)
 {
     return toolkit.reportSystem != TimeSystem::Unstated ? toolkit.reportSystem : toolkit.fileSystem;
@@ -35,6 +60,7 @@ std::optional<ExportRow> sessionResult(int k, const ToolkitState& toolkit)
         row.oc = ocFor(*toolkit.ephemeris, row.time, MinimumKind::Nearest);
     if (extra.bootstrap && extra.bootstrap->valid())
         row.bootstrapError = extra.bootstrap->error;
+    row.points = sessionPoints(k);
     return row;
 }
 

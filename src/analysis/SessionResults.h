@@ -23,6 +23,11 @@ TimeSystem resultSystem(const ToolkitState& toolkit);
 // nearest half cycle when it has secondaries at phase 0.5.
 std::optional<ExportRow> sessionResult(int k, const ToolkitState& toolkit);
 
+// The points method k's last run used, as its window's range says: the picked range of the
+// parabola, Kwee and van Woerden and the Fourier fit, both chords' ranges, the sliding
+// integrations' stretch; 0 for the tracing paper and whatever is not known.
+int sessionPoints(int k);
+
 // Every published row in the order 1..6; only the ticked ones when tickedOnly.
 std::vector<ExportRow> sessionResults(const ToolkitState& toolkit, bool tickedOnly = false);
 

@@ -3,10 +3,12 @@
 // dipscope-measure's --ephemeris, --secondary, --format, --star and --observer.
 #include "MeasureRun.h"
 
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace dip;
@@ -178,6 +180,33 @@ private Q_SLOTS:
         QCOMPARE(lines[0].size(), 94);
         QVERIFY(lines[0].mid(0, 20).trimmed().isEmpty());
         QVERIFY(lines[0].mid(47, 18).trimmed().isEmpty());
+    }
+
+    void pointsOfEachMethod()
+    {
+        // The example's times, counted strictly between the clicks, as the windows pick ranges.
+        QFile f(example());
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        std::vector<double> t;
+        for (const QByteArray& line : f.readAll().split('\n').mid(1))
+            if (!line.trimmed().isEmpty())
+                t.push_back(line.split(',')[0].toDouble());
+        auto between = [&](double a, double b) {
+            return int(std::count_if(t.begin(), t.end(), [&](double x) { return x > a && x < b; }));
+        };
+        const Run r = measure({example(), "--format=csv", "--parabola", "0.49,0.535", "--chords", "0.46,0.49,0.53,0.56",
+                               "--kwee", "0.47,0.55", "--fourier", "0.46,0.56", "--fourier-start",
+                               "0.512,2.03,25,0.4,0.2,0.1,0.05,0.025", "--sliding"});
+        QCOMPARE(r.code, 0);
+        const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QCOMPARE(lines.size(), 6);
+        const QList<int> expected = {between(0.49, 0.535), between(0.46, 0.49) + between(0.53, 0.56),
+                                     between(0.47, 0.55), between(0.46, 0.56)};
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(lines[i + 1].split(QLatin1Char(','))[10].toInt(), expected[i]);
+        // The sliding integrations choose their own stretch: some points, never more than all.
+        const int sliding = lines[5].split(QLatin1Char(','))[10].toInt();
+        QVERIFY(sliding > 0 && sliding <= int(t.size()));
     }
 
     void tableWithOc()
