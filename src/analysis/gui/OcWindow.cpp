@@ -9,11 +9,13 @@
 #include "analysis/paint/OcPlotFile.h"
 #include "methods/MethodRegistry.h"
 #include "runtime/MsgBox.h"
+#include "runtime/Twips.h"
 #include "session/Session.h"
 #include "times/JulianDate.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QEvent>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -29,6 +31,10 @@
 namespace dip {
 
 namespace {
+
+// The first size, twips: room for the seven columns of full Julian dates.
+const int InitialWidth = 9600;
+const int InitialHeight = 5400;
 
 // The table's columns.
 enum Column { MethodColumn, TimeColumn, ErrorColumn, CycleColumn, ComputedColumn, OcDaysColumn, OcMinutesColumn };
@@ -106,7 +112,7 @@ OcWindow::OcWindow(QWidget* parent) : QWidget(parent, Qt::Window)
     layout->addWidget(m_status);
     layout->addWidget(m_table, 1);
     layout->addLayout(buttons);
-    resize(640, 360);
+    resize(InitialWidth / TwipsPerPixel, InitialHeight / TwipsPerPixel);
 
     connect(m_t0, &QLineEdit::textEdited, this, &OcWindow::ephemerisEdited);
     connect(m_period, &QLineEdit::textEdited, this, &OcWindow::ephemerisEdited);
@@ -120,6 +126,14 @@ void OcWindow::showEvent(QShowEvent* event)
 {
     refresh();
     QWidget::showEvent(event);
+}
+
+bool OcWindow::event(QEvent* event)
+{
+    // Back from the main window, where results may have been ticked, unticked or timed anew.
+    if (event->type() == QEvent::WindowActivate)
+        refresh();
+    return QWidget::event(event);
 }
 
 void OcWindow::refresh()

@@ -184,6 +184,22 @@ private Q_SLOTS:
         QCOMPARE(status->text(), QStringLiteral("T0 is not a number: \"x1\"."));
     }
 
+    void activationReadsTheResultsAgain()
+    {
+        threeResults();
+        Toolkit().ephemeris = Ephemeris{T0, P, false};
+        OcWindow w;
+        w.show();
+        const auto* table = w.findChild<QTableWidget*>(QStringLiteral("table"));
+        QCOMPARE(table->rowCount(), 2);
+        // The parabola's row is ticked in the main window meanwhile.
+        S().Results(1).ticked = true;
+        QEvent activate(QEvent::WindowActivate);
+        QApplication::sendEvent(&w, &activate);
+        QCOMPARE(table->rowCount(), 3);
+        QCOMPARE(cell(table, 0, 0).left(2), QStringLiteral("1."));
+    }
+
     void savePlot_data()
     {
         QTest::addColumn<QString>("name");
