@@ -39,7 +39,7 @@ bench: build
 docs: build
 	QT_QPA_PLATFORM=offscreen $(RELEASE)/src/app/dipscope-screenshot docs/main-window.png --windows docs
 	$(RELEASE)/src/app/dipscope-batch examples/long-light-curve.csv --ephemeris 2459500.31250,0.547231 \
-		--secondary --methods 1 --plot docs/oc-diagram.png --output /dev/null
+		--secondary --plot docs/oc-diagram.png --output /dev/null
 
 clean:
 	rm -rf build

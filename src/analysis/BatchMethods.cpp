@@ -2,58 +2,91 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/BatchMethods.h"
 
-#include "methods/parabola/FitParabola.h"
-#include "runtime/Array.h"
+#include "analysis/BatchBootstrap.h"
 
 #include <cmath>
-#include <memory>
 
 namespace dip {
 
 namespace {
 
-// The window's range as a session's arrays hold it: points 1 .. n.
-struct RangeArrays {
-    rt::ObsArray t;
-    rt::ObsArray m;
-};
+// The most points each method's arrays hold (see batchMethodCall).
+const std::size_t kweePoints = 555;
+const std::size_t slidingPoints = 998;
 
-std::unique_ptr<RangeArrays> toArrays(const BatchWindow& window)
-{
-    auto a = std::make_unique<RangeArrays>();
-    for (std::size_t i = 0; i < window.t.size(); ++i) {
-        a->t(static_cast<long long>(i) + 1) = window.t[i];
-        a->m(static_cast<long long>(i) + 1) = window.m[i];
-    }
-    return a;
-}
-
-MethodOutcome parabola(const BatchWindow& window)
-{
-    const std::unique_ptr<RangeArrays> a = toArrays(window);
-    const rt::Integer n = rt::i16(static_cast<long long>(window.t.size()));
-    const ParabolaFitResult fit = FitParabola(a->t, a->m, n, 1, n);
-    MethodOutcome out;
-    out.status = MethodOutcome::Status::Done;
-    out.time = fit.time;
-    // The method's error is relative to the time as fitted, so its sign follows that time: the
-    // batch reports its size.
-    out.error = std::abs(ParabolaError(fit));
-    out.points = n;
-    return out;
-}
+// Each eclipse's bootstrap draws from streams of its own, fixed by its cycle number, so that
+// the rows do not depend on the order in which the eclipses run.
+std::uint64_t bootstrapSeed(double cycle) { return 1 + static_cast<std::uint64_t>(std::llround(2 * cycle)); }
 
 } // namespace
 
 bool isBatchMethod(int method) { return method == 1 || (method >= 3 && method <= 6); }
 
-MethodOutcome runBatchMethod(const BatchWindow& window, int method)
+std::optional<BatchMethodCall> batchMethodCall(const BatchWindow& window, int method)
 {
-    if (method == 1)
-        return parabola(window);
+    if (!isBatchMethod(method))
+        return std::nullopt;
+    const BatchWindow w = method == 4   ? window.central(kweePoints)
+                          : method == 6 ? window.central(slidingPoints)
+                                        : window;
+    BatchMethodCall call;
+    call.curve = CurveData::from(w.t, w.m);
+    MethodRequest& r = call.request;
+    r.first = 1;
+    r.last = call.curve.n;
+    call.points = call.curve.n;
+    if (method == 3) {
+        const ChordRanges c = chordRanges(w);
+        if (!c.found()) {
+            call.why = QStringLiteral("no chords: a branch has no points between a fifth and four fifths of the depth");
+            return call;
+        }
+        r.first = rt::i16(c.first);
+        r.last = rt::i16(c.last);
+        r.first2 = rt::i16(c.first2);
+        r.last2 = rt::i16(c.last2);
+        call.points = c.points();
+    } else if (method == 5) {
+        for (std::size_t k = 1; k <= 8; ++k)
+            r.fourierStart[k] = w.fourierStart[k - 1];
+    }
+    return call;
+}
+
+MethodOutcome runBatchMethod(const BatchWindow& window, int method, int bootstrap)
+{
     MethodOutcome out;
-    out.status = MethodOutcome::Status::NotYet;
-    out.note = QStringLiteral("method %1 is not wired into the batch timing yet").arg(method);
+    out.status = MethodOutcome::Status::Failed;
+    const std::optional<BatchMethodCall> call = batchMethodCall(window, method);
+    if (!call) {
+        out.note = QStringLiteral("method %1 does not time eclipses in a batch").arg(method);
+        return out;
+    }
+    const BatchMethodCall& c = *call;
+    if (!c.why.isEmpty()) {
+        out.note = c.why;
+        return out;
+    }
+    const Curve curve = c.curve.view();
+    const MethodResult r = MethodOfRow(method).compute(curve, c.request);
+    out.messages = r.messages;
+    if (!r.ok) {
+        out.note = QStringLiteral("%1 (run-time error %2)").arg(r.runtimeErrorText, QString::number(r.runtimeError));
+        return out;
+    }
+    out.status = MethodOutcome::Status::Done;
+    out.time = r.time;
+    out.error = std::abs(r.error);
+    out.points = method == 6 ? r.slideN : c.points;
+    if (bootstrap > 0) {
+        const BootstrapResult b = batchBootstrap(method, curve, c.request, r, bootstrap, bootstrapSeed(window.cycle));
+        if (b.valid())
+            out.bootstrapError = b.error;
+        else if (!b.problem.isEmpty())
+            out.bootstrapNote = b.problem;
+        else
+            out.bootstrapNote = QStringLiteral("%1 of %2 resamples gave a time").arg(b.successes).arg(b.requested);
+    }
     return out;
 }
 

@@ -12,6 +12,31 @@ namespace dip {
 
 namespace {
 
+// "; Singular matrix 2 (12 times); Improper permutation in LISTA": what the message boxes
+// said, each text once in the order it first came, with its count; "" when nothing was said.
+QString messageSummary(const QStringList& messages)
+{
+    QStringList texts;
+    std::vector<int> counts;
+    for (const QString& m : messages) {
+        const int at = static_cast<int>(texts.indexOf(m));
+        if (at >= 0) {
+            ++counts[static_cast<std::size_t>(at)];
+        } else {
+            texts << m;
+            counts.push_back(1);
+        }
+    }
+    QString out;
+    for (int i = 0; i < texts.size(); ++i) {
+        const int n = counts[static_cast<std::size_t>(i)];
+        out += QStringLiteral("; ") + QString(texts[i]).replace(QLatin1Char('\n'), QLatin1Char(' '));
+        if (n > 1)
+            out += QStringLiteral(" (%1 times)").arg(n);
+    }
+    return out;
+}
+
 struct EclipseRows {
     std::vector<BatchRow> rows;
     bool skipped = false;
@@ -36,25 +61,41 @@ EclipseRows timeOne(const LightCurve& curve, const QString& file, const BatchSet
         }
         MethodOutcome outcome;
         try {
-            outcome = runner(cut.window, method);
+            outcome = runner(cut.window, method, settings.bootstrap);
         } catch (const rt::RuntimeError& e) {
             outcome.status = MethodOutcome::Status::Failed;
             outcome.note = QStringLiteral("%1 (run-time error %2)").arg(e.text(), QString::number(e.number()));
         }
+        const QString said = messageSummary(outcome.messages);
         switch (outcome.status) {
-        case MethodOutcome::Status::Done:
+        case MethodOutcome::Status::Done: {
+            const std::vector<double>& t = cut.window.t;
             if (!std::isfinite(outcome.time)) {
-                row.status = QStringLiteral("failed: no time of minimum");
+                row.status = QStringLiteral("failed: no time of minimum") + said;
                 break;
             }
-            row.status = QStringLiteral("ok");
+            // A fit may wander off (the Fourier fit's help warns of a non-sensical time now and
+            // then): a time outside the points it was given is no time of this eclipse.
+            if (outcome.time < t.front() || outcome.time > t.back()) {
+                row.status = QStringLiteral("failed: the time of minimum %1 lies outside the window")
+                                 .arg(QString::number(cut.window.offset + outcome.time, 'f', 5)) +
+                             said;
+                break;
+            }
+            row.status = QStringLiteral("ok") + said;
             row.timed = true;
             row.time = cut.window.offset + outcome.time;
             row.error = outcome.error;
             row.points = outcome.points;
             row.oc = ocAtCycle(settings.eclipses.ephemeris, row.time, cycle);
+            if (settings.bootstrap > 0) {
+                row.bootstrapError = outcome.bootstrapError;
+                if (!outcome.bootstrapError)
+                    row.status += QStringLiteral("; no bootstrap error: ") + outcome.bootstrapNote;
+            }
             break;
-        case MethodOutcome::Status::Failed: row.status = QStringLiteral("failed: ") + outcome.note; break;
+        }
+        case MethodOutcome::Status::Failed: row.status = QStringLiteral("failed: ") + outcome.note + said; break;
         case MethodOutcome::Status::NotYet: row.status = QStringLiteral("not yet: ") + outcome.note; break;
         }
         rows.push_back(row);

@@ -8,6 +8,7 @@
 #include "analysis/EclipseWindow.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <limits>
@@ -23,19 +24,25 @@ struct MethodOutcome {
     double time = 0;
     double error = std::numeric_limits<double>::quiet_NaN();
     int points = 0;
-    QString note; // why it failed or is not available
+    QString note;         // why it failed or is not available
+    QStringList messages; // the message boxes the method would have shown, in order
+    // The bootstrap error, days, when one was asked for and could be formed; otherwise why not.
+    std::optional<double> bootstrapError;
+    QString bootstrapNote;
 };
 
-// Runs one method on one window. Called from several threads at once: it must keep no state of
-// its own between calls. A runtime error it lets through becomes a "failed" row.
-using MethodRunner = std::function<MethodOutcome(const BatchWindow& window, int method)>;
+// Runs one method on one window, with a bootstrap of `bootstrap` resamples when it is above 0.
+// Called from several threads at once: it must keep no state of its own between calls. A
+// runtime error it lets through becomes a "failed" row.
+using MethodRunner = std::function<MethodOutcome(const BatchWindow& window, int method, int bootstrap)>;
 
 // One row of the output: one eclipse and one method.
 struct BatchRow {
     QString file;
     double cycle = 0;
     int method = 0;
-    // "ok"; "skipped: ..." (the eclipse), "failed: ..." or "not yet: ..." (the method).
+    // "ok"; "skipped: ..." (the eclipse), "failed: ..." or "not yet: ..." (the method). What the
+    // method's message boxes said follows "ok" or the failure after "; ".
     QString status;
     bool timed = false; // time, error, oc and points hold the result
     double time = std::numeric_limits<double>::quiet_NaN();

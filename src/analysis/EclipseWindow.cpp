@@ -201,6 +201,43 @@ std::array<double, 8> fourierStartValues(const std::vector<double>& t, const std
     return {xo, c, hwhm > 0 ? uHalf / hwhm : 0, a1, a1 / 2, a1 / 4, a1 / 8, a1 / 16};
 }
 
+ChordRanges chordRanges(const BatchWindow& window)
+{
+    ChordRanges r;
+    const std::size_t n = window.m.size();
+    const std::size_t c = window.centre;
+    if (n < 3 || c == 0 || c + 1 >= n)
+        return r;
+    const std::vector<double> shape = smooth(window.m.data(), n, 40);
+    const double base = (shape.front() + shape.back()) / 2;
+    const double depth = shape[c] - base;
+    if (!(depth > 0))
+        return r;
+    const double lo = base + 0.2 * depth;
+    const double hi = base + 0.8 * depth;
+    // From the deepest point outwards (step -1 or +1): the first point at or below four fifths
+    // of the depth, then on while the points stay at or above a fifth.
+    auto branch = [&](int step, int* from, int* to) {
+        long long i = static_cast<long long>(c);
+        const long long end = step < 0 ? -1 : static_cast<long long>(n);
+        while (i != end && shape[static_cast<std::size_t>(i)] > hi)
+            i += step;
+        if (i == end || shape[static_cast<std::size_t>(i)] < lo)
+            return;
+        const long long inner = i;
+        while (i + step != end && shape[static_cast<std::size_t>(i + step)] >= lo)
+            i += step;
+        // 1-based, the lower index first.
+        *from = static_cast<int>(std::min(inner, i)) + 1;
+        *to = static_cast<int>(std::max(inner, i)) + 1;
+    };
+    branch(-1, &r.first, &r.last);
+    branch(+1, &r.first2, &r.last2);
+    if (!r.found())
+        r = ChordRanges();
+    return r;
+}
+
 WindowCut cutWindow(const LightCurve& curve, const EclipseSettings& settings, double gap, double cycle)
 {
     WindowCut cut;

@@ -98,6 +98,19 @@ struct WindowCut {
 // a fortieth of its points, the smoothing that also gives the Fourier start values).
 WindowCut cutWindow(const LightCurve& curve, const EclipseSettings& settings, double gap, double cycle);
 
+// The two ranges of the bisectors of chords, as indexes 1..n into the window's range: on each
+// branch the stretch whose lightly smoothed magnitude (the smoothing of the Fourier start
+// values) lies between a fifth and four fifths of the depth below the ends' level, found from
+// the deepest point outwards: the steep part of the branch, where a chord meets the other branch
+// well inside the range. A branch without such a point leaves its range empty (0, 0).
+struct ChordRanges {
+    int first = 0, last = 0;   // the left (descending) branch
+    int first2 = 0, last2 = 0; // the right (ascending) branch
+    bool found() const { return first > 0 && first2 > 0; }
+    int points() const { return found() ? (last - first + 1) + (last2 - first2 + 1) : 0; }
+};
+ChordRanges chordRanges(const BatchWindow& window);
+
 // The Fourier start values from the smoothed range (sm, same indexes as t): Xo the deepest
 // point's time, C its smoothed magnitude, the baseline the mean of the smoothed ends, A1 ... A5
 // halving (the help's advice for typed values) and summing so that the model meets the baseline

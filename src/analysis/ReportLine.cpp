@@ -21,7 +21,7 @@ QString reportSystem(TimeSystem system)
     return QStringLiteral("HJD");
 }
 
-QString reportLine(const ResultRow& row, const ReportInfo& info)
+QString reportLine(const ExportRow& row, const ReportInfo& info)
 {
     // A positive width pads on the left (right-aligned), a negative one on the right.
     auto field = [](const QString& text, int width) { return QStringLiteral("%1").arg(text, width); };
@@ -46,10 +46,10 @@ QString reportLine(const ResultRow& row, const ReportInfo& info)
     return fields.join(QLatin1Char(' '));
 }
 
-QString reportLines(const std::vector<ResultRow>& rows, const ReportInfo& info)
+QString reportLines(const std::vector<ExportRow>& rows, const ReportInfo& info)
 {
     QString out;
-    for (const ResultRow& row : rows)
+    for (const ExportRow& row : rows)
         out += reportLine(row, info) + QLatin1Char('\n');
     return out;
 }

@@ -51,9 +51,9 @@ struct ReportInfo {
 QString reportSystem(TimeSystem system);
 
 // One line, without its line end.
-QString reportLine(const ResultRow& row, const ReportInfo& info);
+QString reportLine(const ExportRow& row, const ReportInfo& info);
 
 // One line per row, each ended by "\n".
-QString reportLines(const std::vector<ResultRow>& rows, const ReportInfo& info);
+QString reportLines(const std::vector<ExportRow>& rows, const ReportInfo& info);
 
 } // namespace dip

@@ -25,7 +25,7 @@ QString resultsCsvHeader()
     return QStringLiteral("method,name,time,error,ticked,system,E,o_c,o_c_min,bootstrap_error,points\n");
 }
 
-QString resultCsvLine(const ResultRow& row)
+QString resultCsvLine(const ExportRow& row)
 {
     QStringList f;
     f << QString::number(row.method) << methodName(row.method) << fixedText(row.time, 8) << fixedText(row.error, 8)
@@ -39,10 +39,10 @@ QString resultCsvLine(const ResultRow& row)
     return f.join(QLatin1Char(',')) + QLatin1Char('\n');
 }
 
-QString resultsCsv(const std::vector<ResultRow>& rows)
+QString resultsCsv(const std::vector<ExportRow>& rows)
 {
     QString out = resultsCsvHeader();
-    for (const ResultRow& row : rows)
+    for (const ExportRow& row : rows)
         out += resultCsvLine(row);
     return out;
 }

@@ -32,9 +32,9 @@
 namespace dip {
 
 QString resultsCsvHeader();
-QString resultCsvLine(const ResultRow& row);
+QString resultCsvLine(const ExportRow& row);
 // The header and every row.
-QString resultsCsv(const std::vector<ResultRow>& rows);
+QString resultsCsv(const std::vector<ExportRow>& rows);
 
 // A cycle number as text: "7024", "7024.5", "-3.5".
 QString cycleText(double cycle);

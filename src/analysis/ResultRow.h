@@ -3,7 +3,7 @@
 #pragma once
 
 // One method's time of minimum as it leaves the program: in a CSV table, a JSON object or a
-// report line for a minima database.
+// report line for a minima database. (The session keeps its own result rows, ResultTable.h.)
 
 #include "analysis/Ephemeris.h"
 #include "session/LightCurveData.h"
@@ -15,7 +15,7 @@
 
 namespace dip {
 
-struct ResultRow {
+struct ExportRow {
     int method = 0;  // 1 parabolic fit ... 6 sliding integrations
     double time = 0; // time of minimum, days
     // The method's estimated error, days; NaN when it gave none.

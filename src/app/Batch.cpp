@@ -4,9 +4,10 @@
 
 #include "app/CommandLine.h"
 
+#include "analysis/BatchBootstrap.h"
+#include "analysis/BatchInput.h"
 #include "analysis/BatchMethods.h"
 #include "analysis/BatchOutput.h"
-#include "analysis/CurveCsv.h"
 #include "analysis/InputError.h"
 
 #include <QFile>
@@ -25,8 +26,8 @@ namespace {
 
 const char* const usageText =
     "usage: dipscope-batch --ephemeris T0,P [options] FILE...\n"
-    "Times every eclipse that the ephemeris predicts in each light curve (CSV: time, magnitude)\n"
-    "and writes one row per eclipse and method.\n"
+    "Times every eclipse that the ephemeris predicts in each light curve (CSV: time, magnitude;\n"
+    "or an AAVSO, AstroImageJ or FITS file) and writes one row per eclipse and method.\n"
     "  --ephemeris T0,P      a primary minimum and the period, days, in the files' time system\n"
     "  --secondary           also the secondary eclipses, at phase 0.5\n"
     "  --half-width D|auto   half-width of the window about each predicted minimum, days; auto\n"
@@ -39,7 +40,7 @@ const char* const usageText =
     "  --plot FILE           the O-C diagram of the first method into FILE (.png, .svg, .pdf)\n"
     "  --plot-against cycle|time   the diagram's horizontal axis (default cycle)\n"
     "  --threads N           worker threads (default: every core)\n"
-    "  --bootstrap N         resamples for bootstrap errors (reserved; none are computed yet)\n"
+    "  --bootstrap N         also the bootstrap error of each time from N resamples\n"
     "Options take their value as the next argument or after '='.\n"
     "Exit status: 0 all files timed, 1 a file was skipped, 2 the output or plot could not be\n"
     "written, 64 a bad command line.\n";
@@ -207,8 +208,9 @@ int RunBatch(const QStringList& arguments, std::FILE* out, std::FILE* err, const
         std::fputs(usageText, err);
         return 64;
     }
-    if (o.settings.bootstrap > 0)
-        print(err, QStringLiteral("dipscope-batch: --bootstrap: bootstrap errors are not computed yet\n"));
+    if (o.settings.bootstrap > 0 && !batchBootstrapAvailable())
+        print(err, QStringLiteral("dipscope-batch: --bootstrap: this build has no bootstrap of the methods; "
+                                  "the bootstrap_error column stays empty\n"));
 
     std::FILE* rows = out;
     if (!o.output.isEmpty()) {
@@ -234,8 +236,12 @@ int RunBatch(const QStringList& arguments, std::FILE* out, std::FILE* err, const
         const QString label =
             o.files.size() > 1 ? QStringLiteral("file %1/%2").arg(f + 1).arg(o.files.size()) : QStringLiteral("timing");
         try {
-            const LightCurve curve = readCurveCsv(file);
+            const BatchCurve read = readBatchCurve(file);
+            const LightCurve& curve = read.curve;
             diagram.timeName = timeName(curve.timeSystem);
+            // What an importer read and left out, for the user to check.
+            for (const QString& note : read.notes)
+                print(err, QStringLiteral("dipscope-batch: ") + file + QStringLiteral(": ") + note + QLatin1Char('\n'));
             const FileTiming timing = timeEveryEclipse(
                 curve, file, o.settings, runner,
                 [&](const BatchRow& row) {

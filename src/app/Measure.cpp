@@ -130,8 +130,14 @@ Options parseOptions(const QStringList& arguments)
         throw UsageError{QStringLiteral("--stepp and --frac go with --kwee")};
     if (o.requests[FourierRow].fourierStart && !o.asked[FourierRow])
         throw UsageError{QStringLiteral("--fourier-start goes with --fourier")};
-    for (const std::unique_ptr<MeasureFeature>& feature : o.features)
+    for (const std::unique_ptr<MeasureFeature>& feature : o.features) {
         feature->check();
+        const QString format = feature->outputFormat();
+        if (format == QLatin1String("json"))
+            o.json = true;
+        else if (!format.isEmpty() && o.json)
+            throw UsageError{QStringLiteral("--json and --format %1 cannot be combined").arg(format)};
+    }
     return o;
 }
 

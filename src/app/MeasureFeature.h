@@ -52,6 +52,9 @@ public:
     // After "Calc. Means", with the rows that were printed.
     virtual void afterMeans(const std::vector<MeasureRow>& /*rows*/, std::FILE* /*err*/) {}
 
+    // The output format the feature asked for ("json" the tool's own JSON, as --json; another
+    // name a format it prints itself), "" for none.
+    virtual QString outputFormat() const { return QString(); }
     // Prints the whole output in another format and returns true; false for the tool's own.
     virtual bool print(std::FILE* /*out*/, const std::vector<MeasureRow>& /*rows*/) { return false; }
     // Members added to the JSON of the run, of a result row, and of the means.

@@ -46,8 +46,12 @@ void CsvInput::splitLines(const QByteArray& data)
         if (!end && text[i] != QLatin1Char('\n') && text[i] != QLatin1Char('\r'))
             continue;
         const QString line = text.mid(start, i - start);
-        if (!isBlankLine(line))
+        if (!end || !line.isEmpty())
+            ++m_lineCount;
+        if (!isBlankLine(line)) {
             m_lines.push_back(line);
+            m_numbers.push_back(m_lineCount);
+        }
         if (!end && text[i] == QLatin1Char('\r') && i + 1 < n && text[i + 1] == QLatin1Char('\n'))
             ++i;
         start = i + 1;
@@ -66,6 +70,8 @@ QString CsvInput::lineInput()
         rt::raise(62);
     return m_lines[m_line++];
 }
+
+int CsvInput::lineNumber() const { return m_line < m_numbers.size() ? m_numbers[m_line] : m_lineCount; }
 
 bool CsvInput::eof() { return !m_fieldPending && m_line >= m_lines.size(); }
 

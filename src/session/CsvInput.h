@@ -37,10 +37,16 @@ public:
     // True when nothing but blank lines remains.
     bool eof();
 
+    // The file's number (from 1, blank lines counted) of the line the next line or field comes
+    // from; the last line's number at the end of the file. For messages only.
+    int lineNumber() const;
+
 private:
     void splitLines(const QByteArray& data);
 
     std::vector<QString> m_lines; // the lines that are not blank
+    std::vector<int> m_numbers;   // their numbers in the file
+    int m_lineCount = 0;          // the lines of the file, blank ones included
     std::size_t m_line = 0;       // the current line
     int m_pos = 0;                // where the next field starts in the current line
     bool m_fieldPending = false;  // a comma ended the last field, so one more field follows

@@ -4,6 +4,7 @@
 
 #include "runtime/MsgBox.h"
 #include "runtime/Numeric.h"
+#include "runtime/RuntimeError.h"
 #include "runtime/Text.h"
 #include "session/CsvInput.h"
 #include "session/MainForm.h"
@@ -73,9 +74,8 @@ void resetMethodState()
     ResetMethodWindowFlags(s);
 }
 
-} // namespace
-
-LightCurve readCsv(const QString& path, int maxRows)
+// The reader itself; at follows it through the file for the message of a fault.
+LightCurve readCsvRows(const QString& path, int maxRows, CsvPlace& at)
 {
     LightCurve curve;
     curve.source = path;
@@ -84,7 +84,9 @@ LightCurve readCsv(const QString& path, int maxRows)
     QString line1, line2;
     {
         CsvInput in(path);
+        at.line = in.lineNumber();
         line1 = in.lineInput();
+        at.line = in.lineNumber();
         line2 = in.lineInput();
     }
     const int c1 = countCommas(line1);
@@ -108,25 +110,45 @@ LightCurve readCsv(const QString& path, int maxRows)
         if (c2 <= 5) {
             i = 1;
             do {
+                at = CsvPlace{in.lineNumber(), 1, QString()};
                 if (maxRows >= 0 && i == maxRows + 1)
                     rt::raise(9);
                 const CsvInput::Field time = in.input();
+                at.field = time.text;
                 const double t = numericField(time);
+                at = CsvPlace{in.lineNumber(), 2, QString()};
                 const CsvInput::Field mag = in.input();
+                at.field = mag.text;
                 const double m = numericField(mag);
                 curve.times.push_back(t);
                 curve.mags.push_back(m);
                 const TimeParts parts = SplitTimeText(time.text, t);
                 curve.wholeDays.push_back(parts.whole);
                 curve.dayFractions.push_back(parts.fraction);
-                for (int extra = 1; extra <= c2 - 1; ++extra)
+                for (int extra = 1; extra <= c2 - 1; ++extra) {
+                    at = CsvPlace{in.lineNumber(), 2 + extra, QString()};
                     in.input(); // columns 3 to 6 are read and thrown away
+                }
                 ++i;
             } while (!in.eof());
         }
     }
     curve.rowCount = i - 1;
     return curve;
+}
+
+} // namespace
+
+LightCurve readCsv(const QString& path, int maxRows, CsvPlace* place)
+{
+    CsvPlace at;
+    try {
+        return readCsvRows(path, maxRows, at);
+    } catch (const rt::RuntimeError&) {
+        if (place)
+            *place = at;
+        throw;
+    }
 }
 
 void InstallLightCurve(const LightCurve& curve)

@@ -17,7 +17,15 @@ QString csvFormatMessage();
 // moments it always has: 53 or 76 when the file cannot be opened, 62 for fewer than two lines
 // or a row cut short by the end of the file, 13 for a time or magnitude that is not a number,
 // 9 when row maxRows + 1 is met (maxRows < 0: no limit).
-LightCurve readCsv(const QString& path, int maxRows = 1000);
+// When place is given and a runtime error is raised, *place says where the reader stood.
+struct CsvPlace {
+    int line = 0; // the file's line number (blank lines counted); 0 before any line was read
+    // The field of the row being read: 1 the time, 2 the magnitude, 3 and on the further
+    // columns; 0 while the first two lines are looked at, before any row.
+    int column = 0;
+    QString field; // that field's text
+};
+LightCurve readCsv(const QString& path, int maxRows = 1000, CsvPlace* place = nullptr);
 
 // Puts a light curve into the session as loading does (the reader's steps after the rows are
 // read): ReadHJD/ReadMag, NumOrig, NumPts, the sign, the extents and their Full copies, the

@@ -18,10 +18,10 @@ namespace {
 
 const double none = std::numeric_limits<double>::quiet_NaN();
 
-ResultRow kweeRow()
+ExportRow kweeRow()
 {
     // CM Dra, E = 7024 of TESS sector 16, against T0 = 2458738.6607358 - 7023 P, P = 1.26838965.
-    ResultRow r;
+    ExportRow r;
     r.method = 4;
     r.time = 2458739.9291169;
     r.error = 0.0000125;
@@ -76,16 +76,16 @@ void TestExport::csvLine()
 {
     QFETCH(int, which);
     QFETCH(QString, expected);
-    ResultRow r = kweeRow();
+    ExportRow r = kweeRow();
     if (which == 1) {
-        r = ResultRow();
+        r = ExportRow();
         r.method = 5;
         r.time = 0.51234;
         r.error = 0.00012;
         r.oc = OcValue{12.5, 0.5045275, 0.0078125}; // 2^-7 d = 11.25 min
         r.bootstrapError = 0.0002;
     } else if (which == 2) {
-        r = ResultRow();
+        r = ExportRow();
         r.method = 6;
         r.time = 0.7341;
         r.error = none;
@@ -195,7 +195,7 @@ void TestExport::reportLine()
 {
     QFETCH(int, which);
     QFETCH(QString, expected);
-    ResultRow r;
+    ExportRow r;
     ReportInfo info;
     if (which == 1 || which == 3) {
         r.method = 5;

@@ -3,6 +3,7 @@
 
 #include "MeasureRun.h"
 
+#include "analysis/BatchBootstrap.h"
 #include "analysis/BatchMethods.h"
 #include "app/Batch.h"
 #include "support/TestSupport.h"
@@ -12,6 +13,7 @@
 #include <QProcess>
 #include <QtTest>
 
+#include <atomic>
 #include <cmath>
 
 using namespace dip;
@@ -39,22 +41,21 @@ struct Plotted {
     bool succeed = true;
 };
 
-test::Run batch(const QStringList& arguments, Plotted* plotted = nullptr)
+test::Run batch(const QStringList& arguments, Plotted* plotted = nullptr, const MethodRunner& runner = runBatchMethod)
 {
     std::FILE* out = std::tmpfile();
     std::FILE* err = std::tmpfile();
     test::Run r;
-    r.code = RunBatch(arguments, out, err, runBatchMethod,
-                      [plotted](const QString& path, const OcDiagram& d, QString* error) {
-                          if (!plotted)
-                              return false;
-                          ++plotted->calls;
-                          plotted->path = path;
-                          plotted->diagram = d;
-                          if (!plotted->succeed)
-                              *error = QStringLiteral("%1: cannot be written (test)").arg(path);
-                          return plotted->succeed;
-                      });
+    r.code = RunBatch(arguments, out, err, runner, [plotted](const QString& path, const OcDiagram& d, QString* error) {
+        if (!plotted)
+            return false;
+        ++plotted->calls;
+        plotted->path = path;
+        plotted->diagram = d;
+        if (!plotted->succeed)
+            *error = QStringLiteral("%1: cannot be written (test)").arg(path);
+        return plotted->succeed;
+    });
     r.out = test::readAll(out);
     r.err = test::readAll(err);
     return r;
@@ -72,14 +73,18 @@ private Q_SLOTS:
     void badCommandLines_data();
     void badCommandLines();
     void timesEveryEclipse();
+    void defaultMethodsAreKweeAndFourier();
+    void everyMethodOfTheBatch();
     void badFileIsSkippedTheOthersDone();
     void missingFile();
     void jsonLines();
     void outputFile();
     void unwritableOutput();
     void plotOfTheFirstMethod();
+    void diagramTimeNameFromTheFile();
     void plotThatCannotBeWritten();
-    void bootstrapIsReserved();
+    void bootstrapErrors();
+    void bootstrapColumnFromTheRunner();
     void wantsPlot();
     void installedToolOnTheExample();
 
@@ -147,19 +152,50 @@ void TestBatch::timesEveryEclipse()
     const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 1 + 3 * 2);
     QCOMPARE(lines[0], QStringLiteral("file,E,type,method,time,error,bootstrap_error,o_c,o_c_min,points,status"));
-    QVERIFY(lines[1].startsWith(m_good + QStringLiteral(",0,p,1,")));
-    QVERIFY(lines[1].endsWith(QStringLiteral(",ok")));
-    QVERIFY(lines[2].startsWith(m_good + QStringLiteral(",0,p,4,")));
-    QVERIFY(lines[2].endsWith(QStringLiteral(",not yet: method 4 is not wired into the batch timing yet")));
-    QVERIFY(lines[5].startsWith(m_good + QStringLiteral(",2,p,1,")));
-    // The parabola finds each noiseless-shaped eclipse within a cadence of its prediction.
-    for (const int i : {1, 3, 5}) {
+    for (int i = 1; i < lines.size(); ++i) {
+        const int cycle = (i - 1) / 2;
+        const int method = i % 2 == 1 ? 1 : 4;
+        QVERIFY2(lines[i].startsWith(m_good + QStringLiteral(",%1,p,%2,").arg(cycle).arg(method)),
+                 qPrintable(lines[i]));
+        QVERIFY2(lines[i].endsWith(QStringLiteral(",ok")), qPrintable(lines[i]));
+        // Each method finds each noiseless-shaped eclipse within a cadence of its prediction.
         const QStringList fields = lines[i].split(QLatin1Char(','));
         QVERIFY(std::abs(fields[7].toDouble()) < 2.0 / 1440);
         QVERIFY(std::abs(fields[8].toDouble() - fields[7].toDouble() * 1440) < 0.5e-5 + 1440 * 0.5e-8);
+        QVERIFY(fields[9].toInt() > 50);
     }
     QCOMPARE(r.err, QStringLiteral("dipscope-batch: ") + m_good +
                         QStringLiteral(": 3 eclipses predicted, 0 skipped; half-width 0.07000 d\n"));
+}
+
+void TestBatch::defaultMethodsAreKweeAndFourier()
+{
+    const test::Run r = batch(QStringList{m_good, "--half-width=0.07"} + ephemeris);
+    QCOMPARE(r.code, 0);
+    const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 1 + 3 * 2);
+    for (int i = 1; i < lines.size(); ++i) {
+        const QStringList fields = lines[i].split(QLatin1Char(','));
+        QCOMPARE(fields[3], i % 2 == 1 ? QStringLiteral("4") : QStringLiteral("5"));
+        QCOMPARE(fields[10], QStringLiteral("ok"));
+        QVERIFY(std::abs(fields[7].toDouble()) < 2.0 / 1440);
+    }
+}
+
+void TestBatch::everyMethodOfTheBatch()
+{
+    const test::Run r = batch(QStringList{m_good, "--methods=6,5,4,3,1", "--half-width=0.07"} + ephemeris);
+    QCOMPARE(r.code, 0);
+    const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 1 + 3 * 5);
+    const int order[] = {6, 5, 4, 3, 1}; // as given
+    for (int i = 1; i < lines.size(); ++i) {
+        const QStringList fields = lines[i].split(QLatin1Char(','));
+        QCOMPARE(fields[3].toInt(), order[(i - 1) % 5]);
+        QVERIFY2(fields[10] == QStringLiteral("ok"), qPrintable(lines[i]));
+        QVERIFY2(std::abs(fields[7].toDouble()) < 2.0 / 1440, qPrintable(lines[i]));
+        QVERIFY(fields[5].toDouble() >= 0);
+    }
 }
 
 void TestBatch::badFileIsSkippedTheOthersDone()
@@ -173,6 +209,21 @@ void TestBatch::badFileIsSkippedTheOthersDone()
     QCOMPARE(lines.size(), 1 + 3);
     for (int i = 1; i < lines.size(); ++i)
         QVERIFY(lines[i].startsWith(m_good + QLatin1Char(',')));
+
+    // With the default methods, the bad file between two good ones: both good files are timed.
+    const QString other = m_folder.write(QStringLiteral("other.csv"), threeEclipses());
+    const QString cut = m_folder.write(QStringLiteral("cut.csv"), "HJD,Mag\n0.1,10\n0.2,10\n0.3\n");
+    const test::Run d = batch(QStringList{m_good, cut, other, "--half-width=0.07"} + ephemeris);
+    QCOMPARE(d.code, 1);
+    QVERIFY2(
+        d.err.contains(cut + QStringLiteral(":4: the file ends before the row is complete; the file is skipped\n")),
+        qPrintable(d.err));
+    const QStringList rows = d.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(rows.size(), 1 + 2 * 3 * 2);
+    for (int i = 1; i < rows.size(); ++i) {
+        QVERIFY2(rows[i].startsWith((i <= 6 ? m_good : other) + QLatin1Char(',')), qPrintable(rows[i]));
+        QVERIFY2(rows[i].endsWith(QLatin1String(",ok")), qPrintable(rows[i]));
+    }
 }
 
 void TestBatch::missingFile()
@@ -249,6 +300,19 @@ void TestBatch::plotOfTheFirstMethod()
     QCOMPARE(d.fit->count, 3);
 }
 
+void TestBatch::diagramTimeNameFromTheFile()
+{
+    // A header naming BJD_TDB (an AstroImageJ table): the diagram's times are BJD.
+    QByteArray text = threeEclipses();
+    text.replace("HJD,Mag", "BJD_TDB,Mag");
+    const QString path = m_folder.write(QStringLiteral("bjd.csv"), text);
+    Plotted plotted;
+    const test::Run r = batch(QStringList{path, "--half-width=0.07", "--plot", "oc.pdf"} + ephemeris, &plotted);
+    QCOMPARE(r.code, 0);
+    QCOMPARE(plotted.diagram.timeName, QStringLiteral("BJD"));
+    QCOMPARE(plotted.diagram.points.size(), std::size_t(3));
+}
+
 void TestBatch::plotThatCannotBeWritten()
 {
     Plotted plotted;
@@ -260,13 +324,48 @@ void TestBatch::plotThatCannotBeWritten()
     QCOMPARE(r.out.count(QLatin1Char('\n')), 4); // the rows are written all the same
 }
 
-void TestBatch::bootstrapIsReserved()
+void TestBatch::bootstrapErrors()
 {
-    const test::Run r =
-        batch(QStringList{m_good, "--methods=1", "--half-width=0.07", "--bootstrap", "200"} + ephemeris);
+    const test::Run r = batch(QStringList{m_good, "--methods=1", "--half-width=0.07", "--bootstrap", "40"} + ephemeris);
     QCOMPARE(r.code, 0);
-    QVERIFY(r.err.startsWith(QStringLiteral("dipscope-batch: --bootstrap: bootstrap errors are not computed yet\n")));
-    QCOMPARE(r.out.count(QLatin1Char('\n')), 4);
+    const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 4);
+    for (int i = 1; i < lines.size(); ++i) {
+        const QStringList fields = lines[i].split(QLatin1Char(','));
+        if (batchBootstrapAvailable()) {
+            QVERIFY2(fields[6].toDouble() > 0, qPrintable(lines[i]));
+            QCOMPARE(fields[10], QStringLiteral("ok"));
+        } else {
+            QCOMPARE(fields[6], QString());
+            QCOMPARE(fields[10], QStringLiteral("ok; no bootstrap error: this build has no bootstrap of the methods"));
+        }
+    }
+    QCOMPARE(r.err.startsWith(QStringLiteral("dipscope-batch: --bootstrap: this build has no bootstrap")),
+             !batchBootstrapAvailable());
+}
+
+void TestBatch::bootstrapColumnFromTheRunner()
+{
+    // The runner's bootstrap error goes into its column; the runner is asked for the count given.
+    std::atomic<int> asked{0};
+    const MethodRunner runner = [&](const BatchWindow& w, int method, int bootstrap) {
+        asked = bootstrap;
+        MethodOutcome out = runBatchMethod(w, method, 0);
+        out.bootstrapError = 0.000125;
+        return out;
+    };
+    const test::Run r =
+        batch(QStringList{m_good, "--methods=4", "--half-width=0.07", "--bootstrap=25"} + ephemeris, nullptr, runner);
+    QCOMPARE(r.code, 0);
+    QCOMPARE(asked.load(), 25);
+    const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 4);
+    for (int i = 1; i < lines.size(); ++i)
+        QCOMPARE(lines[i].split(QLatin1Char(','))[6], QStringLiteral("0.00012500"));
+    // Without --bootstrap the runner is asked for none, and the column stays empty.
+    const test::Run none = batch(QStringList{m_good, "--methods=4", "--half-width=0.07"} + ephemeris, nullptr, runner);
+    QCOMPARE(asked.load(), 0);
+    QCOMPARE(none.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts)[1].split(QLatin1Char(','))[6], QString());
 }
 
 void TestBatch::wantsPlot()
@@ -284,13 +383,16 @@ void TestBatch::installedToolOnTheExample()
     QProcess tool;
     tool.start(QStringLiteral(DIPSCOPE_BATCH),
                {qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/examples/long-light-curve.csv"),
-                "--ephemeris", "2459500.31250,0.547231", "--secondary", "--methods", "1", "--threads", "2", "--plot",
-                png});
+                "--ephemeris", "2459500.31250,0.547231", "--secondary", "--threads", "2", "--plot", png});
     QVERIFY(tool.waitForFinished(60000));
     QCOMPARE(tool.exitCode(), 0);
     const QStringList lines = QString::fromUtf8(tool.readAllStandardOutput()).split(QLatin1Char('\n'));
-    QCOMPARE(lines.size(), 1 + 103 + 1); // the header, one row per eclipse, the empty rest after the last line end
-    QCOMPARE(lines.filter(QStringLiteral(",skipped: ")).size(), 4);
+    // The header, one row per eclipse and method (4 and 5), the empty rest after the last line end.
+    QCOMPARE(lines.size(), 1 + 2 * 103 + 1);
+    QCOMPARE(lines.filter(QStringLiteral(",skipped: ")).size(), 2 * 4);
+    QCOMPARE(lines.filter(QRegularExpression(QStringLiteral(",ok$"))).size(), 2 * 99);
+    QVERIFY(
+        QString::fromUtf8(tool.readAllStandardError()).contains(QStringLiteral("103 eclipses predicted, 4 skipped")));
     QFile f(png);
     QVERIFY(f.open(QIODevice::ReadOnly));
     const QByteArray head = f.read(24);

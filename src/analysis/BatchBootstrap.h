@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// The bootstrap error of one method's result on one eclipse of a batch, on the calling thread
+// (the batch already runs one eclipse per thread).
+
+#include "analysis/Bootstrap.h"
+#include "methods/MethodRegistry.h"
+#include "session/Curve.h"
+
+#include <cstdint>
+
+namespace dip {
+
+// Whether this build forms bootstrap errors of the methods.
+bool batchBootstrapAvailable();
+
+// The bootstrap of row's result fitted on curve with request: replicates resamples drawn from
+// the streams of seed. Never throws; without the bootstrap of the methods in this build, the
+// result's problem says so.
+BootstrapResult batchBootstrap(int row, const Curve& curve, const MethodRequest& request, const MethodResult& fitted,
+                               int replicates, std::uint64_t seed);
+
+} // namespace dip

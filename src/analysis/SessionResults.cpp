@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "analysis/SessionResults.h"
+
+#include "session/Session.h"
+
+#include <cmath>
+
+namespace dip {
+
+namespace {
+
+int rangePoints(rt::Integer first, rt::Integer last) { return first > 0 && last >= first ? last - first + 1 : 0; }
+
+} // namespace
+
+int sessionPoints(int k)
+{
+    const Session& s = S();
+    switch (k) {
+    case 1: return rangePoints(s.ParabolaPick.LeftIdx, s.ParabolaPick.RightIdx);
+    case 3: {
+        const int left = rangePoints(s.Chords.Idx1, s.Chords.Idx2);
+        const int right = rangePoints(s.Chords.Idx3, s.Chords.Idx4);
+        return left > 0 && right > 0 ? left + right : 0;
+    }
+    case 4: return rangePoints(s.KweePick.LeftIdx, s.KweePick.RightIdx);
+    case 5: return rangePoints(s.Fourier.Range.LeftIdx, s.Fourier.Range.RightIdx);
+    case 6: return s.SlideN > 0 ? s.SlideN : 0;
+    default: break;
+    }
+    // The tracing paper folds the whole light curve by eye: no count of its own.
+    return 0;
+}
+
+TimeSystem resultSystem(const ToolkitState& toolkit)
+{
+    return toolkit.reportSystem != TimeSystem::Unstated ? toolkit.reportSystem : toolkit.fileSystem;
+}
+
+std::optional<ExportRow> sessionResult(int k, const ToolkitState& toolkit)
+{
+    const ResultRow& published = S().Results(k);
+    if (!published.published || published.trappedError != 0)
+        return std::nullopt;
+    ExportRow row;
+    row.method = k;
+    const ToolkitRow& extra = toolkit.rows[static_cast<std::size_t>(k)];
+    if (extra.convertedTime) {
+        row.time = extra.convertedTime->value();
+        row.system = resultSystem(toolkit);
+    } else {
+        row.time = published.time;
+        row.system = toolkit.fileSystem;
+    }
+    // The main window shows the error's size; a method's error may carry the sign of its time.
+    row.error = std::abs(published.error);
+    row.ticked = published.ticked;
+    if (toolkit.ephemeris && isUsable(*toolkit.ephemeris))
+        row.oc = ocFor(*toolkit.ephemeris, row.time, MinimumKind::Nearest);
+    if (extra.bootstrap && extra.bootstrap->valid())
+        row.bootstrapError = extra.bootstrap->error;
+    row.points = sessionPoints(k);
+    return row;
+}
+
+std::vector<ExportRow> sessionResults(const ToolkitState& toolkit, bool tickedOnly)
+{
+    std::vector<ExportRow> rows;
+    for (int k = 1; k <= 6; ++k) {
+        const std::optional<ExportRow> row = sessionResult(k, toolkit);
+        if (row && (!tickedOnly || row->ticked))
+            rows.push_back(*row);
+    }
+    return rows;
+}
+
+ReportInfo toolkitReportInfo(const ToolkitState& toolkit)
+{
+    return ReportInfo{toolkit.starName, toolkit.filter, toolkit.observerCode};
+}
+
+} // namespace dip
