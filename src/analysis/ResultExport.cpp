@@ -29,7 +29,7 @@ QString resultCsvLine(const ExportRow& row)
 {
     QStringList f;
     f << QString::number(row.method) << methodName(row.method) << fixedText(row.time, 8) << fixedText(row.error, 8)
-      << (row.ticked ? QStringLiteral("1") : QStringLiteral("0")) << timeSystemName(row.system);
+      << (row.ticked ? QStringLiteral("1") : QStringLiteral("0")) << timeSystemWord(row.system);
     if (row.oc)
         f << cycleText(row.oc->cycle) << fixedText(row.oc->days, 8) << fixedText(row.oc->minutes(), 5);
     else

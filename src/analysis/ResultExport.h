@@ -14,7 +14,7 @@
 //   time             time of minimum, days, 8 decimals (a full Julian date keeps 1 ms)
 //   error            the method's estimated error, days, 8 decimals; empty when none
 //   ticked           1 when "Use in Mean?" is ticked, else 0
-//   system           timeSystemName
+//   system           timeSystemWord
 //   E                cycle number: whole, or with ".5" for a secondary; empty without ephemeris
 //   o_c              O - C, days, 8 decimals; empty without ephemeris
 //   o_c_min          O - C, minutes, 5 decimals; empty without ephemeris

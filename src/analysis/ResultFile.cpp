@@ -33,7 +33,7 @@ QString resultsJson(const std::vector<ExportRow>& rows, const ReportInfo& info,
         r.add(QStringLiteral("time"), jsonNumber(row.time));
         r.add(QStringLiteral("error"), jsonNumber(row.error));
         r.add(QStringLiteral("ticked"), row.ticked ? QStringLiteral("true") : QStringLiteral("false"));
-        r.add(QStringLiteral("system"), jsonString(timeSystemName(row.system)));
+        r.add(QStringLiteral("system"), jsonString(timeSystemWord(row.system)));
         if (row.oc) {
             r.add(QStringLiteral("cycle"), jsonNumber(row.oc->cycle));
             r.add(QStringLiteral("o_c"), jsonNumber(row.oc->days));

@@ -12,7 +12,7 @@ QString methodName(int method)
     return QString::fromLatin1(names[method - 1]);
 }
 
-QString timeSystemName(TimeSystem system)
+QString timeSystemWord(TimeSystem system)
 {
     switch (system) {
     case TimeSystem::JD_UTC: return QStringLiteral("JD_UTC");

@@ -32,6 +32,6 @@ struct ExportRow {
 QString methodName(int method);
 
 // The time system in words: "JD_UTC", "HJD_UTC", "BJD_TDB", "unstated".
-QString timeSystemName(TimeSystem system);
+QString timeSystemWord(TimeSystem system);
 
 } // namespace dip

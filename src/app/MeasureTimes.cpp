@@ -4,6 +4,7 @@
 
 #include "analysis/ConvertedResults.h"
 #include "analysis/FileLoading.h"
+#include "analysis/ResultRow.h"
 #include "analysis/Toolkit.h"
 #include "import/Import.h"
 #include "import/ImportError.h"
@@ -49,18 +50,6 @@ TimeSystem systemValue(const CommandLine& line, const QString& value)
     if (!times::parseTimeSystemKey(value, &system))
         throw UsageError{QStringLiteral("%1 takes jd, hjd or bjd, not '%2'").arg(line.option(), value)};
     return system;
-}
-
-// The JSON's words for a time system, as the exported results have them.
-QString systemWord(TimeSystem system)
-{
-    switch (system) {
-    case TimeSystem::JD_UTC: return QStringLiteral("JD_UTC");
-    case TimeSystem::HJD_UTC: return QStringLiteral("HJD_UTC");
-    case TimeSystem::BJD_TDB: return QStringLiteral("BJD_TDB");
-    case TimeSystem::Unstated: break;
-    }
-    return QStringLiteral("unstated");
 }
 
 // A time of the file for messages, with the decimals a result is shown with.
@@ -254,10 +243,10 @@ public:
     {
         if (!active())
             return;
-        run.add(QStringLiteral("time_system"), jsonString(systemWord(Toolkit().fileSystem)));
+        run.add(QStringLiteral("time_system"), jsonString(timeSystemWord(Toolkit().fileSystem)));
         run.add(QStringLiteral("offset"), QString::number(S().HJDOffset, 'f', 0));
         if (m_reportSystem)
-            run.add(QStringLiteral("report_system"), jsonString(systemWord(*m_reportSystem)));
+            run.add(QStringLiteral("report_system"), jsonString(timeSystemWord(*m_reportSystem)));
     }
 
     void addJson(JsonObject& result, const MeasureRow& row) const override

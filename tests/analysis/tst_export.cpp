@@ -243,8 +243,8 @@ void TestExport::names()
     QCOMPARE(methodName(6), QStringLiteral("sliding"));
     QCOMPARE(methodName(0), QString());
     QCOMPARE(methodName(7), QString());
-    QCOMPARE(timeSystemName(TimeSystem::Unstated), QStringLiteral("unstated"));
-    QCOMPARE(timeSystemName(TimeSystem::JD_UTC), QStringLiteral("JD_UTC"));
+    QCOMPARE(timeSystemWord(TimeSystem::Unstated), QStringLiteral("unstated"));
+    QCOMPARE(timeSystemWord(TimeSystem::JD_UTC), QStringLiteral("JD_UTC"));
     QCOMPARE(reportSystem(TimeSystem::Unstated), QStringLiteral("HJD"));
     QCOMPARE(reportSystem(TimeSystem::BJD_TDB), QStringLiteral("BJD"));
 }

@@ -5,6 +5,7 @@
 #include "analysis/ResultExport.h"
 #include "analysis/SessionResults.h"
 #include "session/Session.h"
+#include "support/TestSupport.h"
 
 #include <QTest>
 
@@ -13,15 +14,6 @@
 using namespace dip;
 
 namespace {
-
-void publish(int k, double time, double error, bool ticked)
-{
-    ResultRow& row = S().Results(k);
-    row.published = true;
-    row.time = time;
-    row.error = error;
-    row.ticked = ticked;
-}
 
 BootstrapResult bootstrapOf(double error, int successes)
 {
@@ -43,8 +35,8 @@ private Q_SLOTS:
 
     void onlyPublishedRowsInOrder()
     {
-        publish(5, 2459000.51251, 0.00015, true);
-        publish(1, 2459000.51258, -0.00017, false);
+        test::publishRow(5, 2459000.51251, 0.00015, true);
+        test::publishRow(1, 2459000.51258, -0.00017, false);
         S().Results(6).published = true;
         S().Results(6).trappedError = 6; // a trapped error is no result
         const ToolkitState t;
@@ -75,7 +67,7 @@ private Q_SLOTS:
         QFETCH(bool, secondaries);
         QFETCH(double, time);
         QFETCH(double, cycle);
-        publish(4, time, 0.0001, true);
+        test::publishRow(4, time, 0.0001, true);
         ToolkitState t;
         t.ephemeris = Ephemeris{2459000.3, 0.8, secondaries};
         const std::optional<ExportRow> row = sessionResult(4, t);
@@ -87,8 +79,8 @@ private Q_SLOTS:
 
     void systemConvertedTimeAndBootstrap()
     {
-        publish(4, 2459000.51235, 0.00016, true);
-        publish(5, 2459000.51251, 0.00015, true);
+        test::publishRow(4, 2459000.51235, 0.00016, true);
+        test::publishRow(5, 2459000.51251, 0.00015, true);
         ToolkitState t;
         t.fileSystem = TimeSystem::HJD_UTC;
         // Without a conversion the rows are in the file's system.

@@ -78,4 +78,8 @@ bool loadText(const QByteArray& content, const QString& name = QStringLiteral("c
 // Resets the session and runs start-up with an in-memory main window.
 void freshSession();
 
+// Puts a result into the session's row k as a method would have published it (time with the
+// offset), ticked or not, without its box texts.
+void publishRow(int k, double time, double error, bool ticked);
+
 } // namespace dip::test

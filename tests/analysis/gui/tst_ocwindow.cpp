@@ -38,21 +38,12 @@ namespace {
 const double T0 = 2459000.3;
 const double P = 0.8;
 
-void publish(int k, double time, double error, bool ticked)
-{
-    ResultRow& row = S().Results(k);
-    row.published = true;
-    row.time = time;
-    row.error = error;
-    row.ticked = ticked;
-}
-
 // Three results near cycle 10; the parabola's is not ticked.
 void threeResults()
 {
-    publish(1, T0 + 8 + 0.0031, 0.0004, false);
-    publish(4, T0 + 8 + 0.0012, 0.00016, true);
-    publish(5, T0 + 8 + 0.0015, 0.00015, true);
+    test::publishRow(1, T0 + 8 + 0.0031, 0.0004, false);
+    test::publishRow(4, T0 + 8 + 0.0012, 0.00016, true);
+    test::publishRow(5, T0 + 8 + 0.0015, 0.00015, true);
 }
 
 // Answers the next file dialog with a path (or "" for Cancel) and counts the questions.
@@ -131,7 +122,7 @@ private Q_SLOTS:
 
     void noTickedResult()
     {
-        publish(1, T0 + 8, 0.0004, false);
+        test::publishRow(1, T0 + 8, 0.0004, false);
         OcWindow w;
         QCOMPARE(w.findChild<QTableWidget*>(QStringLiteral("table"))->rowCount(), 0);
         QCOMPARE(w.findChild<QLabel*>(QStringLiteral("status"))->text(),
