@@ -149,7 +149,7 @@ BootstrapSetup BootstrapSetup::fromArrays(const rt::ObsArray& t, const rt::ObsAr
     return s;
 }
 
-BootstrapResult runBootstrap(const BootstrapSetup& setup, const BootstrapMethod& method,
+BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod& method,
                              const std::function<void(int, int)>& progress, const std::atomic<bool>* cancel)
 {
     BootstrapResult result;
@@ -176,6 +176,10 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const BootstrapMethod&
         curve.count = rt::Integer(setup.t.size());
         curve.first = rt::Integer(setup.first);
         curve.last = rt::Integer(setup.last);
+        if (setup.arrays) {
+            curve.t = setup.arrays->t;
+            curve.m = setup.arrays->m;
+        }
         for (std::size_t i = 0; i < setup.t.size(); ++i) {
             curve.t(long(i) + 1) = setup.t[i];
             curve.m(long(i) + 1) = setup.m[i];

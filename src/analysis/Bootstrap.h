@@ -27,6 +27,7 @@
 
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
+#include "session/Curve.h"
 
 #include <QString>
 
@@ -51,7 +52,7 @@ struct ResampledCurve {
 // The method on one resampled curve: its time of minimum, or nothing when it has no result (a
 // search it gave up). A runtime error it throws is counted under its number. It runs on worker
 // threads, several at once, so it must touch no shared state.
-using BootstrapMethod = std::function<std::optional<double>(const ResampledCurve&)>;
+using ReplicateMethod = std::function<std::optional<double>(const ResampledCurve&)>;
 
 // A smooth model of the range: magnitude at a time.
 using BootstrapModel = std::function<double(double t)>;
@@ -67,6 +68,10 @@ struct BootstrapSetup {
     std::uint64_t seed = 1;
     int blockLength = 0; // 0: from the residuals' lag-1 autocorrelation
     int threads = 0;     // 0: all cores
+    // The whole arrays (index 0..1000) every replicate starts from, so that what lies beyond
+    // the used points stays as the methods read it (Kwee's entry just past them, the chords'
+    // empty entry); it must hold t and m at 1..count. Null: t and m, zeros elsewhere.
+    const Curve* arrays = nullptr;
 
     // The session's form: t(1..count), m(1..count) and a range.
     static BootstrapSetup fromArrays(const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer count, rt::Integer first,
@@ -105,7 +110,7 @@ struct BootstrapResult {
 // progress(done, requested) is called from the calling thread at least every 100 ms while the
 // replicates run, and once at the end. Setting *cancel stops the replicates not yet started;
 // the result then says so and holds the statistics of those done.
-BootstrapResult runBootstrap(const BootstrapSetup& setup, const BootstrapMethod& method,
+BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod& method,
                              const std::function<void(int done, int requested)>& progress = {},
                              const std::atomic<bool>* cancel = nullptr);
 

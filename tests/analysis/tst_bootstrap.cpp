@@ -32,7 +32,7 @@ std::optional<double> parabolaTime(const ResampledCurve& c)
 struct ChordsRanges {
     rt::Integer idx1, idx2, idx3, idx4;
 };
-BootstrapMethod chordsTime(ChordsRanges r)
+ReplicateMethod chordsTime(ChordsRanges r)
 {
     return [r](const ResampledCurve& c) -> std::optional<double> {
         return BisectChords(c.t, c.m, c.count, r.idx1, r.idx2, r.idx3, r.idx4).time;
@@ -150,7 +150,7 @@ private Q_SLOTS:
         const std::vector<double> t = test::evenTimes(0.46, 0.54, 100);
         Dip dip;
         dip.centre = 0.5013;
-        const BootstrapMethod timeOf = method == 0 ? BootstrapMethod(parabolaTime) : chordsTime({8, 40, 61, 93});
+        const ReplicateMethod timeOf = method == 0 ? ReplicateMethod(parabolaTime) : chordsTime({8, 40, 61, 93});
         auto curve = [&](std::mt19937_64& rng) {
             return method == 0 ? parabolaDip(t, dip.centre, noise, rng) : test::noisyMagnitudes(dip, t, noise, rng);
         };
@@ -272,7 +272,7 @@ private Q_SLOTS:
         // Decided by the resampled residuals, so the same replicates fail on every run.
         const auto model = [](double x) { return 0.5 - 800 * (x - 0.5) * (x - 0.5); };
         s.model = model;
-        const BootstrapMethod flaky = [model](const ResampledCurve& c) -> std::optional<double> {
+        const ReplicateMethod flaky = [model](const ResampledCurve& c) -> std::optional<double> {
             if (c.m(1) - model(c.t(1)) > 0.005)
                 rt::raise(11);
             if (c.m(2) - model(c.t(2)) > 0.005)
