@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/PublishedBootstrap.h"
 
+#include "session/MainForm.h"
 #include "session/Session.h"
 
 namespace dip {
@@ -55,7 +56,8 @@ PublishedJob PublishedRowsJob()
         row.row = k;
         row.time = published.time;
         row.error = published.error;
-        row.ticked = published.ticked;
+        // "Use in Mean?" as the main window shows it now, as "Calc. Means" reads it.
+        row.ticked = mainForm().checked(k);
         row.offset = s.HJDOffset;
         row.request = PublishedRequest(k);
         job.rows.push_back(row);
