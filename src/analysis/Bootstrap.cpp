@@ -225,7 +225,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
     {
         std::unique_lock<std::mutex> lock(mutex);
         while (running > 0) {
-            changed.wait_for(lock, std::chrono::milliseconds(50));
+            changed.wait_for(lock, std::chrono::milliseconds(bootstrapProgressIntervalMs));
             if (progress && running > 0) {
                 lock.unlock();
                 progress(done.load(), B);

@@ -107,6 +107,10 @@ struct BootstrapResult {
     bool valid() const { return problem.isEmpty() && successes >= 2; }
 };
 
+// How long the calling thread waits for a replicate to end before it reports progress anyway:
+// a slow replicate (a long Fourier fit) does not hold the progress bar still.
+constexpr int bootstrapProgressIntervalMs = 50;
+
 // progress(done, requested) is called from the calling thread at least every 100 ms while the
 // replicates run, and once at the end. Setting *cancel stops the replicates not yet started;
 // the result then says so and holds the statistics of those done.

@@ -366,6 +366,41 @@ private Q_SLOTS:
         QCOMPARE(r.done, 120);
     }
 
+    // Progress does not wait for a replicate to end: while the only replicate under way is
+    // held, the calling thread keeps reporting (done = 0) on its own clock, every
+    // bootstrapProgressIntervalMs, within the 100 ms the windows need.
+    void progressWhileAReplicateIsHeld()
+    {
+        QVERIFY(bootstrapProgressIntervalMs > 0 && bootstrapProgressIntervalMs <= 100);
+        std::mt19937_64 rng(19);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 60);
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        s.replicates = 2;
+        s.threads = 1;
+        std::atomic<int> reportsWhileHeld{0};
+        std::atomic<bool> holding{false};
+        std::vector<int> seen;
+        const BootstrapResult r = runBootstrap(
+            s,
+            [&](const ResampledCurve& c) -> std::optional<double> {
+                // The first replicate is held until three reports came in meanwhile (a bound
+                // of many seconds only keeps a broken build from hanging).
+                if (!holding.exchange(true)) {
+                    for (int i = 0; i < 20000 && reportsWhileHeld.load() < 3; ++i)
+                        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                }
+                return parabolaTime(c);
+            },
+            [&](int done, int) {
+                seen.push_back(done);
+                if (holding.load() && done == 0)
+                    reportsWhileHeld.fetch_add(1);
+            });
+        QVERIFY2(reportsWhileHeld.load() >= 3, qPrintable(QString::number(reportsWhileHeld.load())));
+        QCOMPARE(seen.back(), 2);
+        QCOMPARE(r.done, 2);
+    }
+
     // Correlated noise: the residuals' lag-1 correlation chooses blocks, and the blocks carry
     // the correlation into the replicates, which independent residuals would lose.
     void blocksKeepCorrelation()
