@@ -11,14 +11,18 @@
 //                   squares computed about the range's mean time so that large times keep their
 //                   digits
 //   3 chords        from the first to the last of the four picked indexes; the local smoother
-//   4 Kwee          the picked range; the local smoother
+//                   of the points folded about the method's time
+//   4 Kwee          the picked range; the local smoother of the points folded about the time
 //   5 Fourier       the picked range; the fitted cosine series (8 parameters). Every resample's
 //                   fit starts from the fitted parameters instead of the user's start values: the
 //                   damped steps then end within a few calls, and the spread measured is the one
 //                   of the fit about its answer, not of the path from a distant start
 //   6 sliding       the stretch about the deepest point the method chooses on the curve itself;
-//                   the local smoother. Each resample chooses its own stretch again, as the
-//                   method does
+//                   the local smoother of the points folded about the time. Each resample
+//                   chooses its own stretch again, as the method does
+// Every model is symmetric about the method's time (a parabola about its vertex, the cosine
+// series about Xo, the folded smoother by construction), and the error is the root-mean-square
+// of the replicates' times about the method's own time (see Bootstrap.h).
 // The tracing paper (row 2) has no fit to repeat: its error stays the fixed scroll step.
 
 #include "analysis/Bootstrap.h"
