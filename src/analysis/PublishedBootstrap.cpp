@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/PublishedBootstrap.h"
 
+#include "analysis/Toolkit.h"
 #include "session/MainForm.h"
 #include "session/Session.h"
 
@@ -63,6 +64,20 @@ PublishedJob PublishedRowsJob()
         job.rows.push_back(row);
     }
     return job;
+}
+
+void StoreInToolkit(const PublishedErrors& errors)
+{
+    ToolkitState& toolkit = Toolkit();
+    toolkit.deeg.reset();
+    for (ToolkitRow& row : toolkit.rows)
+        row.bootstrap.reset();
+    for (const PublishedRowErrors& r : errors.rows) {
+        if (r.hasBootstrap)
+            toolkit.rows[std::size_t(r.row)].bootstrap = r.bootstrap;
+        if (r.deeg)
+            toolkit.deeg = r.deeg;
+    }
 }
 
 WeightedMean BootstrapWeightedMean(const std::vector<PublishedRowErrors>& rows)

@@ -70,6 +70,10 @@ PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstra
                                    const std::function<void(int done, int total)>& progress = {},
                                    const std::atomic<bool>* cancel = nullptr);
 
+// Puts what a run found into the toolkit's state (each row's bootstrap, Deeg's result), in
+// place of what an earlier run left there.
+void StoreInToolkit(const PublishedErrors& errors);
+
 // The weighted mean over the ticked rows of errors.
 WeightedMean BootstrapWeightedMean(const std::vector<PublishedRowErrors>& rows);
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 #include "analysis/PublishedBootstrap.h"
-#include "analysis/Toolkit.h"
 #include "app/MeasureFeature.h"
 #include "methods/MethodRegistry.h"
 
@@ -65,14 +64,7 @@ public:
         if (!m_asked)
             return;
         m_errors = BootstrapPublished(PublishedRowsJob(), m_options);
-        ToolkitState& toolkit = Toolkit();
-        toolkit.deeg.reset();
-        for (const PublishedRowErrors& r : m_errors->rows) {
-            if (r.hasBootstrap)
-                toolkit.rows[std::size_t(r.row)].bootstrap = r.bootstrap;
-            if (r.deeg)
-                toolkit.deeg = r.deeg;
-        }
+        StoreInToolkit(*m_errors);
     }
 
     void addJson(JsonObject& result, const MeasureRow& row) const override

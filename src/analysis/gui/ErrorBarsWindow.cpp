@@ -2,7 +2,6 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/gui/ErrorBarsWindow.h"
 
-#include "analysis/Toolkit.h"
 #include "methods/MethodRegistry.h"
 #include "runtime/Twips.h"
 #include "session/MainForm.h"
@@ -237,15 +236,9 @@ void ErrorBarsWindow::done()
                                   .arg(total));
         else
             m_status->setText(QStringLiteral("Done: %1 replicates in %2 s.").arg(total).arg(seconds, 0, 'f', 1));
-        // What the toolkit knows of the published rows, for the reports.
-        ToolkitState& toolkit = Toolkit();
-        toolkit.deeg.reset();
-        for (const PublishedRowErrors& r : errors->rows) {
-            if (r.hasBootstrap)
-                toolkit.rows[std::size_t(r.row)].bootstrap = r.bootstrap;
-            if (r.deeg)
-                toolkit.deeg = r.deeg;
-        }
+        // What the toolkit knows of the published rows, for the reports: a finished run only.
+        if (!errors->cancelled)
+            StoreInToolkit(*errors);
         showResult(*errors);
     }
     m_result = std::move(errors);

@@ -177,6 +177,9 @@ private Q_SLOTS:
         for (const PublishedRowErrors& r : w.result()->rows)
             QVERIFY(r.bootstrap.done < r.bootstrap.requested);
         QVERIFY2(w.statusText().startsWith(QLatin1String("Cancelled after")), qPrintable(w.statusText()));
+        // A cancelled run's errors are shown, not kept for the reports.
+        QVERIFY(!Toolkit().rows[1].bootstrap);
+        QVERIFY(!Toolkit().deeg);
         QVERIFY(w.startButton()->isEnabled());
     }
 
