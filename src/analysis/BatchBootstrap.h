@@ -13,12 +13,8 @@
 
 namespace dip {
 
-// Whether this build forms bootstrap errors of the methods.
-bool batchBootstrapAvailable();
-
 // The bootstrap of row's result fitted on curve with request: replicates resamples drawn from
-// the streams of seed. Never throws; without the bootstrap of the methods in this build, the
-// result's problem says so.
+// the streams of seed. Never throws: what went wrong is in the result.
 BootstrapResult batchBootstrap(int row, const Curve& curve, const MethodRequest& request, const MethodResult& fitted,
                                int replicates, std::uint64_t seed);
 

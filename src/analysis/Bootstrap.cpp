@@ -71,6 +71,16 @@ QString prepare(const BootstrapSetup& setup, Prepared* p)
         const double scale = setup.modelParameters > 0 && dof > 0 ? std::sqrt(double(ns) / dof) : 1.0;
         for (std::size_t i = 0; i < ns; ++i)
             p->residuals[i] = (m[i] - p->base[i]) * scale;
+    } else if (setup.foldCentre) {
+        std::vector<double> x(ns);
+        for (std::size_t i = 0; i < ns; ++i)
+            x[i] = std::abs(t[i] - *setup.foldCentre);
+        const LocalSmoother smoother(x, m);
+        p->neighbours = smoother.neighbours();
+        p->base = smoother.fittedValues();
+        const std::vector<double> h = smoother.leverages();
+        for (std::size_t i = 0; i < ns; ++i)
+            p->residuals[i] = (m[i] - p->base[i]) / std::sqrt(std::max(1 - h[i], 1e-3));
     } else {
         const LocalSmoother smoother(t, m);
         p->neighbours = smoother.neighbours();
@@ -149,7 +159,7 @@ BootstrapSetup BootstrapSetup::fromArrays(const rt::ObsArray& t, const rt::ObsAr
     return s;
 }
 
-BootstrapResult runBootstrap(const BootstrapSetup& setup, const BootstrapMethod& method,
+BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod& method,
                              const std::function<void(int, int)>& progress, const std::atomic<bool>* cancel)
 {
     BootstrapResult result;
@@ -176,6 +186,10 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const BootstrapMethod&
         curve.count = rt::Integer(setup.t.size());
         curve.first = rt::Integer(setup.first);
         curve.last = rt::Integer(setup.last);
+        if (setup.arrays) {
+            curve.t = setup.arrays->t;
+            curve.m = setup.arrays->m;
+        }
         for (std::size_t i = 0; i < setup.t.size(); ++i) {
             curve.t(long(i) + 1) = setup.t[i];
             curve.m(long(i) + 1) = setup.m[i];
@@ -221,7 +235,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const BootstrapMethod&
     {
         std::unique_lock<std::mutex> lock(mutex);
         while (running > 0) {
-            changed.wait_for(lock, std::chrono::milliseconds(50));
+            changed.wait_for(lock, std::chrono::milliseconds(bootstrapProgressIntervalMs));
             if (progress && running > 0) {
                 lock.unlock();
                 progress(done.load(), B);
@@ -258,7 +272,14 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const BootstrapMethod&
         double q = 0;
         for (double x : ok)
             q += (x - result.mean) * (x - result.mean);
-        result.error = ok.size() > 1 ? std::sqrt(q / double(ok.size() - 1)) : 0.0;
+        result.spread = ok.size() > 1 ? std::sqrt(q / double(ok.size() - 1)) : 0.0;
+        result.error = result.spread;
+        if (setup.reference) {
+            double r = 0;
+            for (double x : ok)
+                r += (x - *setup.reference) * (x - *setup.reference);
+            result.error = std::sqrt(r / double(ok.size()));
+        }
         std::sort(ok.begin(), ok.end());
         result.p16 = percentile(ok, 0.16);
         result.p84 = percentile(ok, 0.84);

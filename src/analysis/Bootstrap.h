@@ -4,12 +4,17 @@
 
 // The bootstrap error of a time of minimum: the method is run again on B light curves resampled
 // from the user's own, with the same picked range and parameters, and the error is the standard
-// deviation of the B times (with their 16th and 84th percentiles).
+// deviation of the B times (with their 16th and 84th percentiles) - or, given the method's own
+// time as a reference, the root-mean-square of the B times about it, sqrt(spread^2 + offset^2):
+// the replicates are drawn about a model, and where the method does not come back to the time
+// it found (a sampling that biases it), that offset belongs in the error too.
 //
 // Resampling: a residual bootstrap about a smooth model of the picked range (Efron & Tibshirani
 // 1993, ch. 9; Davison & Hinkley 1997, ch. 6). Over the range r_i = m_i - model(t_i), scaled to
 // the variance of the noise (by 1 / sqrt(1 - h_ii) with the leverages of the default smoother,
-// or by sqrt(n / (n - p)) for a model with p fitted parameters) and centred. A replicate is
+// or by sqrt(n / (n - p)) for a model with p fitted parameters) and centred. The default
+// smoother works on the times as given, or on |t - foldCentre| when a centre is given: a model
+// symmetric about it. A replicate is
 // model(t_i) + r*_i, with r* the residual series resampled in moving blocks (Kuensch 1989): blocks
 // of L consecutive residuals starting at uniformly drawn points, laid end to end, so correlated
 // noise keeps its correlation within a block. Points outside the range are kept as they are.
@@ -27,6 +32,7 @@
 
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
+#include "session/Curve.h"
 
 #include <QString>
 
@@ -51,7 +57,7 @@ struct ResampledCurve {
 // The method on one resampled curve: its time of minimum, or nothing when it has no result (a
 // search it gave up). A runtime error it throws is counted under its number. It runs on worker
 // threads, several at once, so it must touch no shared state.
-using BootstrapMethod = std::function<std::optional<double>(const ResampledCurve&)>;
+using ReplicateMethod = std::function<std::optional<double>(const ResampledCurve&)>;
 
 // A smooth model of the range: magnitude at a time.
 using BootstrapModel = std::function<double(double t)>;
@@ -63,10 +69,20 @@ struct BootstrapSetup {
     int last = 0;
     BootstrapModel model;    // empty: the local quadratic smoother (LocalSmoother)
     int modelParameters = 0; // p of a given model, for the residuals' scale; 0: none fitted
+    // With no model given: the smoother is fitted to the points folded about this time
+    // (magnitude against |t - foldCentre|), a model symmetric about it.
+    std::optional<double> foldCentre;
+    // The method's own time on the curve: when set, the error is the root-mean-square of the
+    // replicates' times about it rather than their standard deviation about their mean.
+    std::optional<double> reference;
     int replicates = 500;
     std::uint64_t seed = 1;
     int blockLength = 0; // 0: from the residuals' lag-1 autocorrelation
     int threads = 0;     // 0: all cores
+    // The whole arrays (index 0..1000) every replicate starts from, so that what lies beyond
+    // the used points stays as the methods read it (Kwee's entry just past them, the chords'
+    // empty entry); it must hold t and m at 1..count. Null: t and m, zeros elsewhere.
+    const Curve* arrays = nullptr;
 
     // The session's form: t(1..count), m(1..count) and a range.
     static BootstrapSetup fromArrays(const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer count, rt::Integer first,
@@ -88,7 +104,8 @@ struct BootstrapResult {
     std::map<int, int> failuresByError;
     bool cancelled = false;
 
-    double error = 0; // standard deviation of the times (divisor n - 1)
+    double error = 0;  // standard deviation of the times (divisor n - 1), or their RMS about reference
+    double spread = 0; // standard deviation of the times (divisor n - 1)
     double mean = 0;
     double p16 = 0; // percentiles of the times, linear between order statistics
     double p84 = 0;
@@ -102,10 +119,14 @@ struct BootstrapResult {
     bool valid() const { return problem.isEmpty() && successes >= 2; }
 };
 
+// How long the calling thread waits for a replicate to end before it reports progress anyway:
+// a slow replicate (a long Fourier fit) does not hold the progress bar still.
+constexpr int bootstrapProgressIntervalMs = 50;
+
 // progress(done, requested) is called from the calling thread at least every 100 ms while the
 // replicates run, and once at the end. Setting *cancel stops the replicates not yet started;
 // the result then says so and holds the statistics of those done.
-BootstrapResult runBootstrap(const BootstrapSetup& setup, const BootstrapMethod& method,
+BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod& method,
                              const std::function<void(int done, int requested)>& progress = {},
                              const std::atomic<bool>* cancel = nullptr);
 

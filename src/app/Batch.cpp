@@ -208,9 +208,6 @@ int RunBatch(const QStringList& arguments, std::FILE* out, std::FILE* err, const
         std::fputs(usageText, err);
         return 64;
     }
-    if (o.settings.bootstrap > 0 && !batchBootstrapAvailable())
-        print(err, QStringLiteral("dipscope-batch: --bootstrap: this build has no bootstrap of the methods; "
-                                  "the bootstrap_error column stays empty\n"));
 
     std::FILE* rows = out;
     if (!o.output.isEmpty()) {

@@ -118,6 +118,10 @@ struct Session : KweeGrid, SlidingWorkspace {
     rt::Array<Integer, 0, 6> FirstTime; // per-window first-time flags (1, 3, 4, 5 used)
     RangePick ParabolaPick;             // frmPlott1
     RangePick KweePick;                 // frmPlott4
+    // The step s and fraction f the last "Fit Kwee" computed with, as it read them from its
+    // boxes (the boxes themselves belong to the window): what the bootstrap repeats.
+    Integer KweeStepUsed = 1;
+    double KweeFractionUsed = 0.9;
     // The parabolic fit's coefficients, kept for redrawing the curve, and its 101 samples.
     double ParabA0 = 0, ParabB = 0, ParabC = 0, ParabSigB = 0, ParabSigC = 0;
     rt::Array<double, 0, 100> FitCurveT;

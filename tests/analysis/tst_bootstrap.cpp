@@ -32,7 +32,7 @@ std::optional<double> parabolaTime(const ResampledCurve& c)
 struct ChordsRanges {
     rt::Integer idx1, idx2, idx3, idx4;
 };
-BootstrapMethod chordsTime(ChordsRanges r)
+ReplicateMethod chordsTime(ChordsRanges r)
 {
     return [r](const ResampledCurve& c) -> std::optional<double> {
         return BisectChords(c.t, c.m, c.count, r.idx1, r.idx2, r.idx3, r.idx4).time;
@@ -150,7 +150,7 @@ private Q_SLOTS:
         const std::vector<double> t = test::evenTimes(0.46, 0.54, 100);
         Dip dip;
         dip.centre = 0.5013;
-        const BootstrapMethod timeOf = method == 0 ? BootstrapMethod(parabolaTime) : chordsTime({8, 40, 61, 93});
+        const ReplicateMethod timeOf = method == 0 ? ReplicateMethod(parabolaTime) : chordsTime({8, 40, 61, 93});
         auto curve = [&](std::mt19937_64& rng) {
             return method == 0 ? parabolaDip(t, dip.centre, noise, rng) : test::noisyMagnitudes(dip, t, noise, rng);
         };
@@ -272,7 +272,7 @@ private Q_SLOTS:
         // Decided by the resampled residuals, so the same replicates fail on every run.
         const auto model = [](double x) { return 0.5 - 800 * (x - 0.5) * (x - 0.5); };
         s.model = model;
-        const BootstrapMethod flaky = [model](const ResampledCurve& c) -> std::optional<double> {
+        const ReplicateMethod flaky = [model](const ResampledCurve& c) -> std::optional<double> {
             if (c.m(1) - model(c.t(1)) > 0.005)
                 rt::raise(11);
             if (c.m(2) - model(c.t(2)) > 0.005)
@@ -364,6 +364,41 @@ private Q_SLOTS:
         QCOMPARE(seen.back(), 120);
         QVERIFY(std::is_sorted(seen.begin(), seen.end()));
         QCOMPARE(r.done, 120);
+    }
+
+    // Progress does not wait for a replicate to end: while the only replicate under way is
+    // held, the calling thread keeps reporting (done = 0) on its own clock, every
+    // bootstrapProgressIntervalMs, within the 100 ms the windows need.
+    void progressWhileAReplicateIsHeld()
+    {
+        QVERIFY(bootstrapProgressIntervalMs > 0 && bootstrapProgressIntervalMs <= 100);
+        std::mt19937_64 rng(19);
+        const std::vector<double> t = test::evenTimes(0.46, 0.54, 60);
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        s.replicates = 2;
+        s.threads = 1;
+        std::atomic<int> reportsWhileHeld{0};
+        std::atomic<bool> holding{false};
+        std::vector<int> seen;
+        const BootstrapResult r = runBootstrap(
+            s,
+            [&](const ResampledCurve& c) -> std::optional<double> {
+                // The first replicate is held until three reports came in meanwhile (a bound
+                // of many seconds only keeps a broken build from hanging).
+                if (!holding.exchange(true)) {
+                    for (int i = 0; i < 20000 && reportsWhileHeld.load() < 3; ++i)
+                        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                }
+                return parabolaTime(c);
+            },
+            [&](int done, int) {
+                seen.push_back(done);
+                if (holding.load() && done == 0)
+                    reportsWhileHeld.fetch_add(1);
+            });
+        QVERIFY2(reportsWhileHeld.load() >= 3, qPrintable(QString::number(reportsWhileHeld.load())));
+        QCOMPARE(seen.back(), 2);
+        QCOMPARE(r.done, 2);
     }
 
     // Correlated noise: the residuals' lag-1 correlation chooses blocks, and the blocks carry

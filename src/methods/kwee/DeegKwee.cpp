@@ -27,6 +27,106 @@ double interpolate(const std::vector<double>& t, const std::vector<double>& m, d
     return m[j] + (m[j + 1] - m[j]) * w;
 }
 
+// The red-noise factor of the error: how much more the differences d_i = m_i - L(2T - t_i)
+// of the points lo .. hi - 1 vary over a few neighbours than white noise of sigma would make
+// them. Per branch, in time order and centred, the Bartlett-weighted long-run variance
+//     V = gamma(0) + 2 sum_{k=1..K} (1 - k / (K + 1)) gamma(k),   K = 1.5 P^(1/3),
+// is formed from the observed d, and again from their covariances under white noise of sigma
+// (a d holds its point and its partner's two interpolation neighbours, so neighbouring d share
+// noise even when the noise is white); the factor is sqrt(V_observed / V_white), at least 1
+// (Newey & West 1987 for the weights). Comparing variances, not correlations, also brings in
+// the slow part of the noise that the point-to-point measure of sigma does not see.
+double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m, std::size_t lo, std::size_t hi,
+                      double T, double sigma)
+{
+    struct Term {
+        double d = 0;
+        std::size_t self = 0, j = 0;
+        double w = 0;
+        int branch = 0;
+    };
+    const std::size_t n = t.size();
+    std::vector<Term> terms;
+    for (std::size_t i = lo; i < hi; ++i) {
+        const double x = 2 * T - t[i];
+        const auto above = std::upper_bound(t.begin(), t.end(), x);
+        std::size_t j = above == t.begin() ? 0 : static_cast<std::size_t>(above - t.begin()) - 1;
+        j = std::min(j, n - 2);
+        const double dt = t[j + 1] - t[j];
+        const double w = dt > 0 ? (x - t[j]) / dt : 0.5;
+        Term term;
+        term.d = m[i] - (m[j] + (m[j + 1] - m[j]) * w);
+        term.self = i;
+        term.j = j;
+        term.w = w;
+        term.branch = t[i] < T ? 0 : 1;
+        terms.push_back(term);
+    }
+    const int P = static_cast<int>(terms.size());
+    if (P < 8)
+        return 1;
+    for (int b = 0; b < 2; ++b) {
+        double mean = 0;
+        int count = 0;
+        for (const Term& x : terms)
+            if (x.branch == b) {
+                mean += x.d;
+                ++count;
+            }
+        if (count > 0)
+            for (Term& x : terms)
+                if (x.branch == b)
+                    x.d -= mean / count;
+    }
+    auto coefficient = [](const Term& x, std::size_t k) {
+        double c = 0;
+        if (k == x.self)
+            c += 1;
+        if (k == x.j)
+            c -= 1 - x.w;
+        if (k == x.j + 1)
+            c -= x.w;
+        return c;
+    };
+    auto white = [&](const Term& a, const Term& b) {
+        std::size_t support[3] = {a.self, a.j, a.j + 1};
+        double c = 0;
+        for (int u = 0; u < 3; ++u) {
+            bool seen = false;
+            for (int v = 0; v < u; ++v)
+                seen = seen || support[v] == support[u];
+            if (!seen)
+                c += coefficient(a, support[u]) * coefficient(b, support[u]);
+        }
+        return c;
+    };
+    const int K = std::max(2, static_cast<int>(std::lround(1.5 * std::cbrt(double(P)))));
+    double g0 = 0, w0 = 0, gSum = 0, wSum = 0;
+    for (const Term& x : terms) {
+        g0 += x.d * x.d;
+        w0 += white(x, x);
+    }
+    for (int k = 1; k <= K; ++k) {
+        double g = 0, w = 0;
+        for (int i = 0; i + k < P; ++i) {
+            const Term& a = terms[std::size_t(i)];
+            const Term& b = terms[std::size_t(i + k)];
+            if (a.branch != b.branch)
+                continue;
+            g += a.d * b.d;
+            w += white(a, b);
+        }
+        const double bartlett = 1 - double(k) / (K + 1);
+        gSum += bartlett * g;
+        wSum += bartlett * w;
+    }
+    const double observed = g0 + 2 * gSum;
+    const double expected = sigma * sigma * (w0 + 2 * wSum);
+    if (!(observed > 0) || !(expected > 0))
+        return 1;
+    return std::max(1.0, std::sqrt(observed / expected));
+}
+
 double median(std::vector<double> v)
 {
     if (v.empty())
@@ -429,6 +529,9 @@ DeegKweeResult DeegKwee(const double* tIn, const double* mIn, int n, const DeegK
     // a gap), the miss moves the time as noise does, and the error takes the larger of the two.
     r.noise = std::max(sigma, r.noiseAtMinimum);
     r.error = 2 * r.noise / std::sqrt(r.curvature);
+    // Noise correlated over a few points moves the time more than its size says.
+    r.redNoiseFactor = redNoiseFactor(t, m, fit.lo, fit.hi, vertex, r.noise);
+    r.error *= r.redNoiseFactor;
     return r;
 }
 

@@ -43,6 +43,12 @@
 // measure, sigma_S^2 = S(T0) / sum_i (1 + w_i^2 + (1 - w_i)^2), which is larger where the
 // reflected curve misses (an asymmetric dip, a chord across a gap); the error uses the larger.
 //
+// Red noise. Noise correlated over a few neighbouring points moves the time more than its size
+// says. The differences d_i at the time found, per branch and in time order, give a
+// Bartlett-weighted long-run variance over K = 1.5 P^(1/3) lags, divided by the one white noise
+// of sigma would give through the same interpolation weights; the error is multiplied by the
+// square root, at least 1 (redNoiseFactor).
+//
 // Fold step. The outer folds start half a median spacing of the observations out. Where the
 // noise is large for the sampling, S is jagged on that scale, its short-span curvature is the
 // noise's, and the vertex wanders: the step is doubled until the curvature is the light curve's
@@ -84,6 +90,8 @@ struct DeegKweeResult {
     double noiseAtMinimum = 0; // sigma_S, from S at the time found
     // The classic form S_min / (A (Z - 1)), Z = P/2, from the same fit, for comparison.
     double minimumSumError = 0;
+    // The factor the error carries for noise correlated over neighbouring points (1: white).
+    double redNoiseFactor = 1;
 
     // The last fit: fold times and their sums, S(T) ~ minimumSum + curvature (T - time)^2.
     std::vector<double> foldTimes;

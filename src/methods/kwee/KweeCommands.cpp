@@ -44,6 +44,8 @@ std::optional<KweeResult> KweeFitClick(FormPort& form)
     const double frac = rt::CDbl(form.controlText(QStringLiteral("Text2")));
     const KweeResult result = KweeVanWoerden(s, s.HJD, s.Mag, s.NumPts, pick.LeftIdx, pick.RightIdx, M, stepp, frac);
     pick.Fitted = rt::True;
+    s.KweeStepUsed = stepp;
+    s.KweeFractionUsed = frac;
     PublishResult(4, result.time, result.error);
     picker.showFitted();
     return result;

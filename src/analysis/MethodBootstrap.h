@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// The bootstrap error of one method's result (runBootstrap in Bootstrap.h, wired to the table
+// of methods): the method's own compute is run again on resampled copies of the curve with the
+// user's range and parameters.
+//
+// What is resampled, and about which model, per row:
+//   1 parabola      the picked range; the fitted parabola itself (3 parameters), the same least
+//                   squares computed about the range's mean time so that large times keep their
+//                   digits
+//   3 chords        from the first to the last of the four picked indexes; the local smoother
+//                   of the points folded about the method's time
+//   4 Kwee          the picked range; the local smoother of the points folded about the time
+//   5 Fourier       the picked range; the fitted cosine series (8 parameters). Every resample's
+//                   fit starts from the fitted parameters instead of the user's start values: the
+//                   damped steps then end within a few calls, and the spread measured is the one
+//                   of the fit about its answer, not of the path from a distant start
+//   6 sliding       the stretch about the deepest point the method chooses on the curve itself;
+//                   the local smoother of the points folded about the time. Each resample
+//                   chooses its own stretch again, as the method does
+// Every model is symmetric about the method's time (a parabola about its vertex, the cosine
+// series about Xo, the folded smoother by construction), and the error is the root-mean-square
+// of the replicates' times about the method's own time (see Bootstrap.h).
+// The tracing paper (row 2) has no fit to repeat: its error stays the fixed scroll step.
+
+#include "analysis/Bootstrap.h"
+#include "methods/MethodRegistry.h"
+#include "session/Curve.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+
+namespace dip {
+
+struct MethodBootstrapOptions {
+    int replicates = 500;
+    std::uint64_t seed = 1;
+    int threads = 0; // 0: every core; the batch passes 1 (it runs one eclipse per thread)
+};
+
+// Re-runs row's compute on `replicates` resampled copies of curve (the magnitudes of the
+// request's range(s) resampled about the method's own fitted curve where it has one,
+// otherwise a smoothing), with the same request; fitted is the method's result on the curve
+// itself. Never throws; failures are counted in the result.
+BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest& request, const MethodResult& fitted,
+                                const MethodBootstrapOptions& options,
+                                const std::function<void(int done, int total)>& progress = {},
+                                const std::atomic<bool>* cancel = nullptr);
+
+// Whether row k has a bootstrap (1, 3, 4, 5, 6).
+bool HasBootstrap(int row);
+
+} // namespace dip

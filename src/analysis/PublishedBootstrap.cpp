@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "analysis/PublishedBootstrap.h"
+
+#include "analysis/Toolkit.h"
+#include "session/MainForm.h"
+#include "session/Session.h"
+
+namespace dip {
+
+MethodRequest PublishedRequest(int row)
+{
+    const Session& s = S();
+    MethodRequest r;
+    switch (row) {
+    case 1:
+        r.first = s.ParabolaPick.LeftIdx;
+        r.last = s.ParabolaPick.RightIdx;
+        break;
+    case 2: r.fold = s.FoldHJD; break;
+    case 3:
+        r.first = s.Chords.Idx1;
+        r.last = s.Chords.Idx2;
+        r.first2 = s.Chords.Idx3;
+        r.last2 = s.Chords.Idx4;
+        break;
+    case 4:
+        r.first = s.KweePick.LeftIdx;
+        r.last = s.KweePick.RightIdx;
+        r.kweeStep = s.KweeStepUsed;
+        r.kweeFraction = s.KweeFractionUsed;
+        break;
+    case 5:
+        r.first = s.Fourier.Range.LeftIdx;
+        r.last = s.Fourier.Range.RightIdx;
+        // The fitted parameters: a fit started there ends where the window's fit ended.
+        for (int k = 1; k <= 8; ++k)
+            r.fourierStart[std::size_t(k)] = s.Fourier.FourierPar(k);
+        break;
+    default: break;
+    }
+    return r;
+}
+
+PublishedJob PublishedRowsJob()
+{
+    const Session& s = S();
+    PublishedJob job;
+    job.curve.t = s.HJD;
+    job.curve.m = s.Mag;
+    job.curve.n = s.NumPts;
+    for (int k = 1; k <= 6; ++k) {
+        const ResultRow& published = s.Results(k);
+        if (!published.published)
+            continue;
+        PublishedRowJob row;
+        row.row = k;
+        row.time = published.time;
+        row.error = published.error;
+        // "Use in Mean?" as the main window shows it now, as "Calc. Means" reads it.
+        row.ticked = mainForm().checked(k);
+        row.offset = s.HJDOffset;
+        row.request = PublishedRequest(k);
+        job.rows.push_back(row);
+    }
+    return job;
+}
+
+void StoreInToolkit(const PublishedErrors& errors)
+{
+    ToolkitState& toolkit = Toolkit();
+    toolkit.deeg.reset();
+    for (ToolkitRow& row : toolkit.rows)
+        row.bootstrap.reset();
+    for (const PublishedRowErrors& r : errors.rows) {
+        if (r.hasBootstrap)
+            toolkit.rows[std::size_t(r.row)].bootstrap = r.bootstrap;
+        if (r.deeg)
+            toolkit.deeg = r.deeg;
+    }
+}
+
+WeightedMean BootstrapWeightedMean(const std::vector<PublishedRowErrors>& rows)
+{
+    std::vector<std::pair<double, double>> pairs;
+    for (const PublishedRowErrors& r : rows) {
+        if (!r.ticked)
+            continue;
+        if (r.hasBootstrap && !r.bootstrap.valid())
+            return WeightedMean();
+        pairs.emplace_back(r.time, r.hasBootstrap ? r.bootstrap.error : r.error);
+    }
+    return weightedMean(pairs);
+}
+
+PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstrapOptions& options,
+                                   const std::function<void(int, int)>& progress, const std::atomic<bool>* cancel)
+{
+    PublishedErrors out;
+    int withBootstrap = 0;
+    for (const PublishedRowJob& r : job.rows)
+        withBootstrap += HasBootstrap(r.row) ? 1 : 0;
+    const int total = withBootstrap * options.replicates;
+    int before = 0;
+    const Curve curve = job.curve.view();
+    for (const PublishedRowJob& r : job.rows) {
+        PublishedRowErrors e;
+        e.row = r.row;
+        e.time = r.time;
+        e.error = r.error;
+        e.ticked = r.ticked;
+        e.offset = r.offset;
+        e.hasBootstrap = HasBootstrap(r.row);
+        if (e.hasBootstrap) {
+            if (cancel && cancel->load()) {
+                out.cancelled = true;
+                e.bootstrap.requested = options.replicates;
+                e.bootstrap.cancelled = true;
+            } else {
+                e.fitted = MethodOfRow(r.row).compute(curve, r.request);
+                e.bootstrap = BootstrapMethod(
+                    r.row, curve, r.request, e.fitted, options,
+                    [&](int done, int) {
+                        if (progress)
+                            progress(before + done, total);
+                    },
+                    cancel);
+                out.cancelled = out.cancelled || e.bootstrap.cancelled;
+            }
+            before += options.replicates;
+        }
+        if (r.row == 4 && r.request.first >= 1 && r.request.last <= curve.n)
+            e.deeg = DeegKwee(curve.t, curve.m, curve.n, r.request.first, r.request.last);
+        out.rows.push_back(e);
+    }
+    out.mean = BootstrapWeightedMean(out.rows);
+    if (progress)
+        progress(before, total);
+    return out;
+}
+
+} // namespace dip

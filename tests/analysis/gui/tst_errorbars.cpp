@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+// "Analysis" > "Error bars…" driven offscreen: the menu entry, a run to its end with its
+// progress and table, the same digits as the bootstrap called directly, Cancel, and the event
+// loop turning while the replicates run.
+#include "analysis/PublishedBootstrap.h"
+#include "analysis/Toolkit.h"
+#include "analysis/gui/ErrorBarsEntry.h"
+#include "analysis/gui/ErrorBarsWindow.h"
+#include "mainwindow/Means.h"
+#include "methods/MethodRegistry.h"
+#include "session/MainForm.h"
+#include "session/Session.h"
+#include "support/TestSupport.h"
+
+#include <QAction>
+#include <QFile>
+#include <QMenu>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableWidget>
+#include <QTimer>
+
+using namespace dip;
+
+namespace {
+
+// The example light curve, timed by the parabola, Kwee and van Woerden and the sliding
+// integrations, and "Calc. Means" pressed.
+void publishThreeMethods()
+{
+    QFile file(qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/examples/single-minimum.csv"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(test::loadText(file.readAll()));
+    ReplayRequest parabola;
+    parabola.clicks = {0.49, 0.535};
+    QVERIFY(ReplayMethod(1, parabola).published);
+    ReplayRequest kwee;
+    kwee.clicks = {0.47, 0.55};
+    QVERIFY(ReplayMethod(4, kwee).published);
+    QVERIFY(ReplayMethod(6, ReplayRequest()).published);
+    CalcMeansOnMainForm();
+    resetToolkit();
+}
+
+QString cell(const QTableWidget* t, int row, int column)
+{
+    const QTableWidgetItem* item = t->item(row, column);
+    return item ? item->text() : QString();
+}
+
+} // namespace
+
+class ErrorBarsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theMenuEntryOpensOneWindow()
+    {
+        QWidget main;
+        QMenu menu;
+        AddErrorBarsActions(main, menu);
+        QCOMPARE(menu.actions().size(), 1);
+        QAction* action = menu.actions().first();
+        QCOMPARE(action->text(), QStringLiteral("Error bars…"));
+        action->trigger();
+        const QList<ErrorBarsWindow*> windows = main.findChildren<ErrorBarsWindow*>();
+        QCOMPARE(windows.size(), 1);
+        QVERIFY(windows.first()->isVisible());
+        QCOMPARE(windows.first()->windowTitle(), QStringLiteral("Error bars"));
+        action->trigger();
+        QCOMPARE(main.findChildren<ErrorBarsWindow*>().size(), 1);
+    }
+
+    void withNothingPublishedItSaysSo()
+    {
+        test::freshSession();
+        ErrorBarsWindow w;
+        QVERIFY(!w.start());
+        QVERIFY(!w.isRunning());
+        QVERIFY(w.statusText().startsWith(QLatin1String("No result is published")));
+    }
+
+    void aRunFillsTheTable()
+    {
+        publishThreeMethods();
+        ErrorBarsWindow w;
+        w.show();
+        const int B = 120;
+        w.setReplicates(B);
+        w.setSeed(9);
+        QSignalSpy progress(&w, &ErrorBarsWindow::progressed);
+        QSignalSpy finished(&w, &ErrorBarsWindow::finished);
+        QTest::mouseClick(w.startButton(), Qt::LeftButton);
+        QVERIFY(w.isRunning());
+        QVERIFY(!w.startButton()->isEnabled());
+        QVERIFY(w.cancelButton()->isEnabled());
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
+        QVERIFY(!w.isRunning());
+
+        // Progress: counted over the three methods, never backwards, ending at the total.
+        QVERIFY(progress.count() >= 1);
+        int last = -1;
+        for (const QList<QVariant>& p : progress) {
+            QVERIFY(p.at(0).toInt() >= last);
+            last = p.at(0).toInt();
+            QCOMPARE(p.at(1).toInt(), 3 * B);
+        }
+        QCOMPARE(last, 3 * B);
+        QCOMPARE(w.progressBar()->maximum(), 3 * B);
+        QCOMPARE(w.progressBar()->value(), 3 * B);
+        QVERIFY(w.statusText().startsWith(QStringLiteral("Done: %1 replicates").arg(3 * B)));
+
+        // The table: a row a published method, its own error as the main window's box shows it
+        // at more digits, the bootstrap, Deeg's error on Kwee's row only.
+        const QTableWidget* t = w.table();
+        QCOMPARE(t->rowCount(), 3);
+        const int rows[] = {1, 4, 6};
+        QVERIFY(w.result());
+        for (int i = 0; i < 3; ++i) {
+            const int k = rows[i];
+            const PublishedRowErrors& r = w.result()->rows[std::size_t(i)];
+            QCOMPARE(r.row, k);
+            QCOMPARE(cell(t, i, 0), QString::fromLatin1(MethodOfRow(k).title));
+            QCOMPARE(cell(t, i, 1), QString::number(S().Results(k).time, 'f', 7));
+            QCOMPARE(cell(t, i, 2), QString::number(S().Results(k).error, 'g', 3));
+            QCOMPARE(cell(t, i, 3), QString::number(r.bootstrap.error, 'g', 3));
+            QVERIFY(r.bootstrap.error > 0);
+            QCOMPARE(cell(t, i, 6), QStringLiteral("%1 of %1, 0 failed").arg(B));
+            QCOMPARE(cell(t, i, 7).isEmpty(), k != 4);
+            // Kept for the reports.
+            QVERIFY(Toolkit().rows[std::size_t(k)].bootstrap);
+            QCOMPARE(Toolkit().rows[std::size_t(k)].bootstrap->error, r.bootstrap.error);
+
+            // The same digits as the bootstrap called directly on the session's points.
+            const MethodRequest request = PublishedRequest(k);
+            const MethodResult fitted = MethodOfRow(k).compute(SessionCurve(), request);
+            MethodBootstrapOptions o;
+            o.replicates = B;
+            o.seed = 9;
+            o.threads = 1;
+            const BootstrapResult direct = BootstrapMethod(k, SessionCurve(), request, fitted, o);
+            QCOMPARE(direct.error, r.bootstrap.error);
+            QCOMPARE(direct.p16, r.bootstrap.p16);
+        }
+        QVERIFY(Toolkit().deeg && Toolkit().deeg->ok());
+        QCOMPARE(cell(t, 1, 7), QString::number(Toolkit().deeg->error, 'g', 3));
+
+        // Both weighted means, side by side.
+        QVERIFY(w.meansText().contains(QStringLiteral("Calc. Means: weighted mean %1, std. error %2")
+                                           .arg(mainForm().text(14), mainForm().text(15))));
+        QVERIFY(w.result()->mean.valid);
+        QVERIFY(w.meansText().contains(QStringLiteral("With the bootstrap errors: weighted mean %1")
+                                           .arg(QString::number(w.result()->mean.mean, 'f', 7))));
+        QVERIFY(w.startButton()->isEnabled());
+        QVERIFY(!w.cancelButton()->isEnabled());
+    }
+
+    void cancelStopsTheRunAndTheEventLoopTurnsMeanwhile()
+    {
+        publishThreeMethods();
+        ErrorBarsWindow w;
+        w.show();
+        w.setReplicates(100000);
+        QSignalSpy finished(&w, &ErrorBarsWindow::finished);
+        QVERIFY(w.start());
+        // The window's thread keeps serving events while the replicates run.
+        bool served = false;
+        QTimer::singleShot(0, &w, [&served] { served = true; });
+        QTRY_VERIFY(served);
+        QVERIFY(w.isRunning());
+        QTest::mouseClick(w.cancelButton(), Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
+        QVERIFY(w.result());
+        QVERIFY(w.result()->cancelled);
+        for (const PublishedRowErrors& r : w.result()->rows)
+            QVERIFY(r.bootstrap.done < r.bootstrap.requested);
+        QVERIFY2(w.statusText().startsWith(QLatin1String("Cancelled after")), qPrintable(w.statusText()));
+        // A cancelled run's errors are shown, not kept for the reports.
+        QVERIFY(!Toolkit().rows[1].bootstrap);
+        QVERIFY(!Toolkit().deeg);
+        QVERIFY(w.startButton()->isEnabled());
+    }
+
+    void closingTheWindowWhileItRunsStopsIt()
+    {
+        publishThreeMethods();
+        auto* w = new ErrorBarsWindow;
+        w->setReplicates(100000);
+        QVERIFY(w->start());
+        delete w; // cancels and waits; nothing is left running
+    }
+};
+
+QTEST_MAIN(ErrorBarsTest)
+#include "tst_errorbars.moc"

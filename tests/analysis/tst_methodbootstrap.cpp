@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+// The bootstrap of each method through the table of methods: nothing to spread on a curve its
+// model fits exactly, the spread of the times over independent noise on white noise, the same
+// digits whatever the thread count, and the rows it refuses.
+#include "analysis/MethodBootstrap.h"
+#include "methods/MethodRegistry.h"
+#include "support/TestSupport.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <random>
+
+using namespace dip;
+
+namespace {
+
+constexpr double pi = 3.14159265358979323846;
+
+// 201 points over 0.44 .. 0.56 (step 0.0006) of a Gaussian dip at 0.5 (width 0.02, 0.8 mag),
+// plus normal noise of sigma.
+CurveData gaussianCurve(double sigma, std::uint64_t seed)
+{
+    std::mt19937_64 rng(seed);
+    std::normal_distribution<double> g(0, 1);
+    std::vector<double> t, m;
+    for (const auto& [x, y] : test::gaussianDip(201, 0.44, 0.0006, 0.5, 0.02)) {
+        t.push_back(x);
+        m.push_back(y + sigma * g(rng));
+    }
+    return CurveData::from(t, m);
+}
+
+// The same times, the noiseless shape each model holds exactly: a parabola (the fitted
+// parabola, the local quadratic smoother), a cosine series (the Fourier fit).
+CurveData exactCurve(int row)
+{
+    std::vector<double> t, m;
+    const double a[5] = {0.4, 0.2, 0.05, 0.01, 0.005};
+    for (int i = 0; i < 201; ++i) {
+        const double x = 0.44 + 0.0006 * i;
+        t.push_back(x);
+        m.push_back(row == 5 ? test::fourierMag(x, 0.5, 11.6, pi / 0.07, a) : 11.8 - 200 * (x - 0.5) * (x - 0.5));
+    }
+    return CurveData::from(t, m);
+}
+
+// Index of the first point at or after time x (the points are 0.0006 apart from 0.44).
+rt::Integer at(double x) { return rt::Integer(std::lround((x - 0.44) / 0.0006) + 1); }
+
+MethodRequest requestFor(int row)
+{
+    MethodRequest r;
+    switch (row) {
+    case 1:
+        r.first = at(0.488);
+        r.last = at(0.512);
+        break;
+    case 3:
+        r.first = at(0.470);
+        r.last = at(0.488);
+        r.first2 = at(0.512);
+        r.last2 = at(0.530);
+        break;
+    case 4:
+        r.first = at(0.455);
+        r.last = at(0.545);
+        break;
+    case 5:
+        r.first = at(0.44);
+        r.last = at(0.56);
+        r.fourierStart = {0, 0.5, 11.7, pi / 0.07, 0.4, 0.2, 0.05, 0.01, 0.005};
+        break;
+    default: break;
+    }
+    return r;
+}
+
+double standardDeviation(const std::vector<double>& v)
+{
+    double mean = 0;
+    for (double x : v)
+        mean += x;
+    mean /= double(v.size());
+    double q = 0;
+    for (double x : v)
+        q += (x - mean) * (x - mean);
+    return std::sqrt(q / double(v.size() - 1));
+}
+
+void methodRows()
+{
+    QTest::addColumn<int>("row");
+    QTest::newRow("parabola") << 1;
+    QTest::newRow("chords") << 3;
+    QTest::newRow("Kwee") << 4;
+    QTest::newRow("Fourier") << 5;
+    QTest::newRow("sliding") << 6;
+}
+
+} // namespace
+
+class MethodBootstrapTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void noiselessGivesZero_data() { methodRows(); }
+    void noiselessGivesZero()
+    {
+        QFETCH(int, row);
+        const CurveData c = exactCurve(row);
+        const MethodRequest request = requestFor(row);
+        const MethodResult fitted = MethodOfRow(row).compute(c.view(), request);
+        QVERIFY(fitted.ok);
+        MethodBootstrapOptions o;
+        o.replicates = 50;
+        const BootstrapResult b = BootstrapMethod(row, c.view(), request, fitted, o);
+        QVERIFY2(b.valid(), qPrintable(b.problem));
+        if (row == 3) {
+            // Every chord of a noiseless symmetric dip has the same midpoint: the method's own
+            // variance of the midpoints comes out a rounding error above or below zero, and
+            // below zero its square root raises 5. Those replicates are counted, not fatal.
+            QCOMPARE(b.successes + b.failures, 50);
+            QCOMPARE(b.failuresByError.size(), std::size_t(b.failures > 0 ? 1 : 0));
+            QCOMPARE(b.failures, b.failures > 0 ? b.failuresByError.at(5) : 0);
+        } else {
+            QCOMPARE(b.successes, 50);
+        }
+        // Rounding only, below a thousandth of a second (the parabola's own normal equations in
+        // raw times put its vertex a ten-thousandth of a second off the exact one, and the error
+        // is measured about the method's own time).
+        QVERIFY2(b.error < 1e-8, qPrintable(QString::number(b.error)));
+    }
+
+    // The bootstrap error of one curve against the spread of the times over independent noise
+    // draws: within 20 %, the bootstrap errors averaged over a few curves.
+    void whiteNoiseMatchesTheScatter_data() { methodRows(); }
+    void whiteNoiseMatchesTheScatter()
+    {
+        QFETCH(int, row);
+        const double sigma = 0.01;
+        const MethodRequest request = requestFor(row);
+        std::vector<double> times;
+        for (int k = 0; k < 200; ++k) {
+            const CurveData c = gaussianCurve(sigma, 1000 + std::uint64_t(k));
+            const MethodResult r = MethodOfRow(row).compute(c.view(), request);
+            QVERIFY(r.ok);
+            times.push_back(r.time);
+        }
+        const double truth = standardDeviation(times);
+        double sum = 0;
+        const int curves = 8;
+        for (int k = 0; k < curves; ++k) {
+            const CurveData c = gaussianCurve(sigma, 1000 + std::uint64_t(k));
+            const MethodResult fitted = MethodOfRow(row).compute(c.view(), request);
+            MethodBootstrapOptions o;
+            o.replicates = 150;
+            o.seed = std::uint64_t(k) + 1;
+            const BootstrapResult b = BootstrapMethod(row, c.view(), request, fitted, o);
+            QVERIFY(b.valid());
+            sum += b.error;
+        }
+        const double ratio = sum / curves / truth;
+        qInfo("row %d: bootstrap %.3g, scatter %.3g, ratio %.3f", row, sum / curves, truth, ratio);
+        QVERIFY2(ratio > 0.8 && ratio < 1.2, qPrintable(QString::number(ratio)));
+    }
+
+    void sameDigitsWhateverTheThreads_data() { methodRows(); }
+    void sameDigitsWhateverTheThreads()
+    {
+        QFETCH(int, row);
+        const CurveData c = gaussianCurve(0.01, 77);
+        const MethodRequest request = requestFor(row);
+        const MethodResult fitted = MethodOfRow(row).compute(c.view(), request);
+        MethodBootstrapOptions o;
+        o.replicates = 40;
+        o.seed = 123;
+        o.threads = 1;
+        const BootstrapResult one = BootstrapMethod(row, c.view(), request, fitted, o);
+        o.threads = 3;
+        const BootstrapResult three = BootstrapMethod(row, c.view(), request, fitted, o);
+        QVERIFY(one.valid());
+        QCOMPARE(one.times.size(), three.times.size());
+        for (std::size_t i = 0; i < one.times.size(); ++i)
+            QCOMPARE(one.times[i], three.times[i]);
+        o.seed = 124;
+        QVERIFY(BootstrapMethod(row, c.view(), request, fitted, o).error != one.error);
+    }
+
+    void refused()
+    {
+        const CurveData c = gaussianCurve(0.01, 5);
+        MethodRequest fold;
+        fold.fold = 0.5;
+        const MethodResult tracing = MethodOfRow(2).compute(c.view(), fold);
+        const BootstrapResult none = BootstrapMethod(2, c.view(), fold, tracing, MethodBootstrapOptions());
+        QVERIFY(!none.valid());
+        QCOMPARE(none.problem, QStringLiteral("this method has no fit to repeat"));
+        QVERIFY(!HasBootstrap(2));
+
+        MethodResult failed;
+        failed.ok = false;
+        const BootstrapResult noFit = BootstrapMethod(1, c.view(), requestFor(1), failed, MethodBootstrapOptions());
+        QCOMPARE(noFit.problem, QStringLiteral("the method gave no result to resample about"));
+        QCOMPARE(noFit.done, 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(MethodBootstrapTest)
+#include "tst_methodbootstrap.moc"
