@@ -272,14 +272,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
         double q = 0;
         for (double x : ok)
             q += (x - result.mean) * (x - result.mean);
-        result.spread = ok.size() > 1 ? std::sqrt(q / double(ok.size() - 1)) : 0.0;
-        result.error = result.spread;
-        if (setup.reference) {
-            double r = 0;
-            for (double x : ok)
-                r += (x - *setup.reference) * (x - *setup.reference);
-            result.error = std::sqrt(r / double(ok.size()));
-        }
+        result.error = ok.size() > 1 ? std::sqrt(q / double(ok.size() - 1)) : 0.0;
         std::sort(ok.begin(), ok.end());
         result.p16 = percentile(ok, 0.16);
         result.p84 = percentile(ok, 0.84);

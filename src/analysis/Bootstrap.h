@@ -4,10 +4,7 @@
 
 // The bootstrap error of a time of minimum: the method is run again on B light curves resampled
 // from the user's own, with the same picked range and parameters, and the error is the standard
-// deviation of the B times (with their 16th and 84th percentiles) - or, given the method's own
-// time as a reference, the root-mean-square of the B times about it, sqrt(spread^2 + offset^2):
-// the replicates are drawn about a model, and where the method does not come back to the time
-// it found (a sampling that biases it), that offset belongs in the error too.
+// deviation of the B times (with their 16th and 84th percentiles).
 //
 // Resampling: a residual bootstrap about a smooth model of the picked range (Efron & Tibshirani
 // 1993, ch. 9; Davison & Hinkley 1997, ch. 6). Over the range r_i = m_i - model(t_i), scaled to
@@ -72,9 +69,6 @@ struct BootstrapSetup {
     // With no model given: the smoother is fitted to the points folded about this time
     // (magnitude against |t - foldCentre|), a model symmetric about it.
     std::optional<double> foldCentre;
-    // The method's own time on the curve: when set, the error is the root-mean-square of the
-    // replicates' times about it rather than their standard deviation about their mean.
-    std::optional<double> reference;
     int replicates = 500;
     std::uint64_t seed = 1;
     int blockLength = 0; // 0: from the residuals' lag-1 autocorrelation
@@ -104,8 +98,7 @@ struct BootstrapResult {
     std::map<int, int> failuresByError;
     bool cancelled = false;
 
-    double error = 0;  // standard deviation of the times (divisor n - 1), or their RMS about reference
-    double spread = 0; // standard deviation of the times (divisor n - 1)
+    double error = 0; // standard deviation of the times (divisor n - 1)
     double mean = 0;
     double p16 = 0; // percentiles of the times, linear between order statistics
     double p84 = 0;

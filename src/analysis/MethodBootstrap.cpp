@@ -156,10 +156,6 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
         setup.threads = options.threads;
 
         MethodRequest again = request;
-        // The error is measured about the method's own time: a method that lands off the centre
-        // of the model symmetric about that time (a bias of the sampling, a gap) shows it in
-        // the error, which the spread of the times alone would hide.
-        setup.reference = fitted.time;
         // Without a fitted curve: the smoother of the points folded about the method's time,
         // symmetric as an eclipse is. What the noise does to one branch and not to the other,
         // the part that moves a time of minimum, stays in the residuals to be resampled; a
