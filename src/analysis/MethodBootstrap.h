@@ -21,8 +21,8 @@
 //                   the local smoother of the points folded about the time. Each resample
 //                   chooses its own stretch again, as the method does
 // Every model is symmetric about the method's time (a parabola about its vertex, the cosine
-// series about Xo, the folded smoother by construction), and the error is the root-mean-square
-// of the replicates' times about the method's own time (see Bootstrap.h).
+// series about Xo, the folded smoother by construction), and the error is the standard deviation
+// of the replicates' times (see Bootstrap.h).
 // The tracing paper (row 2) has no fit to repeat: its error stays the fixed scroll step.
 
 #include "analysis/Bootstrap.h"

@@ -127,9 +127,7 @@ private Q_SLOTS:
         } else {
             QCOMPARE(b.successes, 50);
         }
-        // Rounding only, below a thousandth of a second (the parabola's own normal equations in
-        // raw times put its vertex a ten-thousandth of a second off the exact one, and the error
-        // is measured about the method's own time).
+        // Rounding only, below a thousandth of a second.
         QVERIFY2(b.error < 1e-8, qPrintable(QString::number(b.error)));
     }
 
