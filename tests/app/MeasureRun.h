@@ -44,6 +44,20 @@ inline Run measure(const QStringList& arguments)
     return r;
 }
 
+// The sample light curve the README drives (true minimum 0.51234).
+inline QString example()
+{
+    return qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/examples/single-minimum.csv");
+}
+
+// Kwee and van Woerden and the Fourier fit on the example's minimum, as the README drives them.
+inline QStringList kweeAndFourier()
+{
+    return {QStringLiteral("--kwee"),          QStringLiteral("0.47,0.55"),
+            QStringLiteral("--fourier"),       QStringLiteral("0.46,0.56"),
+            QStringLiteral("--fourier-start"), QStringLiteral("0.512,2.03,25,0.4,0.2,0.1,0.05,0.025")};
+}
+
 inline QJsonObject json(const Run& r)
 {
     QJsonParseError e;

@@ -15,34 +15,24 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::example;
 using dip::test::json;
 using dip::test::measure;
 using dip::test::Run;
 
 namespace {
 
-QString example()
-{
-    return qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/examples/single-minimum.csv");
-}
-
 // Every method on the example, as the README drives it.
 QStringList allMethods()
 {
-    return {example(),
-            QStringLiteral("--parabola"),
-            QStringLiteral("0.49,0.535"),
-            QStringLiteral("--fold"),
-            QStringLiteral("0.5123"),
-            QStringLiteral("--chords"),
-            QStringLiteral("0.46,0.49,0.53,0.56"),
-            QStringLiteral("--kwee"),
-            QStringLiteral("0.47,0.55"),
-            QStringLiteral("--fourier"),
-            QStringLiteral("0.46,0.56"),
-            QStringLiteral("--fourier-start"),
-            QStringLiteral("0.512,2.03,25,0.4,0.2,0.1,0.05,0.025"),
-            QStringLiteral("--sliding")};
+    return QStringList{example(),
+                       QStringLiteral("--parabola"),
+                       QStringLiteral("0.49,0.535"),
+                       QStringLiteral("--fold"),
+                       QStringLiteral("0.5123"),
+                       QStringLiteral("--chords"),
+                       QStringLiteral("0.46,0.49,0.53,0.56")} +
+           test::kweeAndFourier() + QStringList{QStringLiteral("--sliding")};
 }
 
 QJsonObject resultOf(const QJsonObject& run, int method)

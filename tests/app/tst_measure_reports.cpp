@@ -12,28 +12,15 @@
 #include <cmath>
 
 using namespace dip;
+using dip::test::example;
 using dip::test::json;
 using dip::test::measure;
 using dip::test::Run;
 
 namespace {
 
-QString example()
-{
-    return qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/examples/single-minimum.csv");
-}
-
 // Kwee and van Woerden and the Fourier fit on the example's minimum (near 0.51234).
-QStringList twoMethods()
-{
-    return {example(),
-            QStringLiteral("--kwee"),
-            QStringLiteral("0.47,0.55"),
-            QStringLiteral("--fourier"),
-            QStringLiteral("0.46,0.56"),
-            QStringLiteral("--fourier-start"),
-            QStringLiteral("0.512,2.03,25,0.4,0.2,0.1,0.05,0.025")};
-}
+QStringList twoMethods() { return QStringList{example()} + test::kweeAndFourier(); }
 
 QJsonArray results(const Run& r) { return json(r).value(QStringLiteral("results")).toArray(); }
 
