@@ -18,6 +18,7 @@
 using namespace dip;
 using dip::test::Dip;
 using dip::test::DipShape;
+using dip::test::standardDeviation;
 
 namespace {
 
@@ -57,18 +58,6 @@ BootstrapSetup setupOf(const std::vector<double>& t, const std::vector<double>& 
     s.first = 1;
     s.last = int(t.size());
     return s;
-}
-
-double standardDeviation(const std::vector<double>& v)
-{
-    double mean = 0;
-    for (double x : v)
-        mean += x;
-    mean /= double(v.size());
-    double q = 0;
-    for (double x : v)
-        q += (x - mean) * (x - mean);
-    return std::sqrt(q / double(v.size() - 1));
 }
 
 bool sameDigits(const std::vector<double>& a, const std::vector<double>& b)

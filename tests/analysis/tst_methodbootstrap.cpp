@@ -13,6 +13,7 @@
 #include <random>
 
 using namespace dip;
+using dip::test::standardDeviation;
 
 namespace {
 
@@ -75,18 +76,6 @@ MethodRequest requestFor(int row)
     default: break;
     }
     return r;
-}
-
-double standardDeviation(const std::vector<double>& v)
-{
-    double mean = 0;
-    for (double x : v)
-        mean += x;
-    mean /= double(v.size());
-    double q = 0;
-    for (double x : v)
-        q += (x - mean) * (x - mean);
-    return std::sqrt(q / double(v.size() - 1));
 }
 
 void methodRows()

@@ -60,6 +60,18 @@ void freshSession()
     StartUpSession();
 }
 
+double standardDeviation(const std::vector<double>& values)
+{
+    double mean = 0;
+    for (double x : values)
+        mean += x;
+    mean /= double(values.size());
+    double q = 0;
+    for (double x : values)
+        q += (x - mean) * (x - mean);
+    return std::sqrt(q / double(values.size() - 1));
+}
+
 void publishRow(int k, double time, double error, bool ticked)
 {
     ResultRow& row = S().Results(k);

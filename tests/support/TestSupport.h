@@ -11,8 +11,12 @@
 #include <QTest>
 
 #include <functional>
+#include <vector>
 
 namespace dip::test {
+
+// The sample standard deviation (divisor n - 1) of at least two values.
+double standardDeviation(const std::vector<double>& values);
 
 // Relative comparison that also handles zero: |a - b| <= rel * max(|a|, |b|), or both zero.
 bool closeTo(double actual, double expected, double rel);
