@@ -5,8 +5,12 @@
 // Starts the main window offscreen and loads the example light curve as File > Open does. With
 // --windows it first drives every plot window as a user would (right-clicks on the plot, the
 // compute buttons) and saves each into FOLDER; then it replays each method, presses "Calc.
-// Means" and saves the main window as OUTPUT.png.
+// Means" and saves the main window as OUTPUT.png; with --windows, last, the toolkit's "Error
+// bars…" (a full run) and "O–C…" windows on those results go into FOLDER too.
 
+#include "analysis/Toolkit.h"
+#include "analysis/gui/ErrorBarsWindow.h"
+#include "analysis/gui/OcWindow.h"
 #include "app/gui/Application.h"
 #include "mainwindow/gui/frmMain.h"
 #include "methods/MethodRegistry.h"
@@ -21,6 +25,7 @@
 #include "session/Session.h"
 
 #include <QDir>
+#include <QEventLoop>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMouseEvent>
@@ -119,6 +124,30 @@ void windowPictures(dip::frmMain& window, const QString& folder)
     click(&fourier, QStringLiteral("Command1"));
     click(&fourier, QStringLiteral("Command2"));
     save(fourier, folder, QStringLiteral("fourier-fit.png"));
+    // Undo, so that the replay below fits afresh: a window that has fitted does not fit again
+    // until its range is picked anew.
+    click(&fourier, QStringLiteral("Command3"));
+}
+
+// The toolkit's windows on the results of the main window: the bootstrap errors after a whole
+// run, and O - C against an ephemeris through the example's minimum.
+void toolkitPictures(const QString& folder)
+{
+    dip::ErrorBarsWindow errorBars;
+    errorBars.resize(900, 360);
+    errorBars.show();
+    QEventLoop wait;
+    QObject::connect(&errorBars, &dip::ErrorBarsWindow::finished, &wait, &QEventLoop::quit);
+    if (errorBars.start())
+        wait.exec();
+    save(errorBars, folder, QStringLiteral("error-bars.png"));
+
+    dip::Toolkit().ephemeris = dip::Ephemeris{0.5122, 0.547231, false};
+    dip::OcWindow oc;
+    oc.resize(720, 360);
+    oc.show();
+    oc.refresh();
+    save(oc, folder, QStringLiteral("o-c-window.png"));
 }
 
 } // namespace
@@ -167,6 +196,8 @@ int main(int argc, char* argv[])
         for (const dip::ReplayRequest* request : {&parabola, &tracing, &chords, &kwee, &fourier, &sliding})
             dip::ReplayMethod(++row, *request);
         window.findChild<QPushButton*>(QStringLiteral("Command8"))->click();
+        if (!windowsFolder.isEmpty())
+            toolkitPictures(windowsFolder);
     } catch (const rt::RuntimeError& error) {
         std::fprintf(stderr, "%s\n", qPrintable(rt::reportText(error).replace(QLatin1Char('\n'), QLatin1Char(' '))));
         return 1;
