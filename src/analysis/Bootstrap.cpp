@@ -44,9 +44,8 @@ struct Prepared {
 };
 
 // The Yule-Walker autoregression of the series e (centred) by the Levinson-Durbin recursion,
-// its order 0..maxOrder chosen by the Bayesian information criterion n log v_p + p log n (v_p
-// the innovation variance of order p), which takes white noise for white far more often than
-// the AIC does. The Yule-Walker coefficients always give a stationary process.
+// its order 0..maxOrder chosen by Akaike's criterion n log v_p + 2p (v_p the innovation
+// variance of order p). The Yule-Walker coefficients always give a stationary process.
 std::vector<double> fitAutoregression(const std::vector<double>& e, int maxOrder)
 {
     const std::size_t n = e.size();
@@ -204,7 +203,20 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
         v -= mu;
     p->ar = a;
     p->innovations = innovations;
-    p->sieve = p->noiseRms > p->rms;
+    // What moves a time of minimum is the slow part of the noise: the source with the larger
+    // long-run variance is resampled. The autoregression's is var(innovations) / (1 - sum a)^2;
+    // the range's residuals', in blocks, is taken as of an AR(1) with their lag-1 correlation.
+    double sumA = 0;
+    for (double x : a)
+        sumA += x;
+    double innovationVariance = 0;
+    for (double v : innovations)
+        innovationVariance += v * v;
+    innovationVariance /= double(innovations.size());
+    const double sieveLongRun = innovationVariance / ((1 - sumA) * (1 - sumA));
+    const double rho = std::max(0.0, std::min(p->lag1, 0.99));
+    const double blockLongRun = p->rms * p->rms * (1 + rho) / (1 - rho);
+    p->sieve = sieveLongRun > blockLongRun;
 }
 
 QString prepare(const BootstrapSetup& setup, Prepared* p)
@@ -364,6 +376,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
     result.residualRms = prepared.rms;
     result.smootherNeighbours = prepared.neighbours;
     result.arOrder = int(prepared.ar.size());
+    result.sieve = prepared.sieve;
     result.noiseRms = prepared.noiseRms;
 
     const int B = setup.replicates;

@@ -22,11 +22,13 @@
 // time), the noise is also measured on all the used points, without a model: the differences
 // between each point of one branch and the other branch reflected about the centre (read by
 // quadratic interpolation), where the dip's symmetry cancels the light curve and leaves the
-// noise. An autoregression is fitted to them (Yule-Walker, order by the AIC), and where their
-// RMS is larger than the range's residuals' a replicate's residuals are that autoregression
-// run on innovations drawn with replacement (the sieve bootstrap, Buehlmann 1997): correlation
-// over any number of points is kept, and the noise has its full size. Otherwise the range's
-// residuals, which then hold what the model misses besides the noise, are resampled in blocks.
+// noise. An autoregression is fitted to them (Yule-Walker, order by the AIC), and where its
+// long-run variance (the slow part of the noise, which is what moves a time) is larger than
+// the range's residuals' (taken as of an AR(1) with their lag-1 correlation), a replicate's
+// residuals are that autoregression run on innovations drawn with replacement (the sieve
+// bootstrap, Buehlmann 1997): correlation over any number of points is kept, and the noise has
+// its full size. Otherwise the range's residuals, which then hold what the model misses besides
+// the noise, are resampled in blocks.
 //
 // Block length: from the lag-1 autocorrelation rho of the residuals. L = 1 (independent
 // residuals) while rho <= 2 / sqrt(n), white noise within its own scatter; otherwise Carlstein's
@@ -125,7 +127,8 @@ struct BootstrapResult {
     double lag1 = 0;            // the residuals' lag-1 autocorrelation
     double residualRms = 0;     // of the scaled, centred residuals
     int smootherNeighbours = 0; // k of the default smoother; 0 when a model was given
-    int arOrder = 0;            // order of the sieve's autoregression; 0: blocks of the range's residuals
+    bool sieve = false;         // the residuals came from the autoregression, not in blocks
+    int arOrder = 0;            // order of the autoregression fitted to the reflected differences
     double noiseRms = 0;        // of the residuals of all the used points (with a noise centre)
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
