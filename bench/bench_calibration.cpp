@@ -364,7 +364,10 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
                         b.sieve ? " sieve" : "", b.noiseRms / std::hypot(first.sigma, first.red));
             continue;
         }
-        std::printf("   %-26s bias %+.3g  sd %.3g  | this draw %+.3g, Deeg %.3g\n", "Deeg", mean, sd, off, said);
+        const DeegKweeResult g = DeegKwee(c.t, c.m, c.n, picks.kwee.first, picks.kwee.last);
+        std::printf("   %-26s bias %+.3g  sd %.3g  | this draw %+.3g, Deeg %.3g (noise/white %.2f, red factor %.2f, "
+                    "pairs %d)\n",
+                    "Deeg", mean, sd, off, said, g.noise / first.sigma, g.redNoiseFactor, g.pairs);
     }
 }
 
@@ -406,7 +409,8 @@ int main(int argc, char** argv)
     std::printf("Pulls (time - truth) / error: standard deviation (and 1.4826 median |pull|), %d eclipses a family,"
                 " B = %d\n",
                 eclipses, replicates);
-    std::printf("%-26s %-11s %-14s %-14s %-14s %s\n", "method", "noise", "own", "bootstrap", "Deeg", "fails");
+    std::printf("%-26s %-11s %-14s %-14s %-14s %s\n", "method", "noise", "own", "bootstrap", "Deeg",
+                "fails (Deeg: no time)");
     for (const Family family : families) {
         std::map<int, Row> table;
         // An eclipse whose picks hold too few points is drawn again from the next stream.
@@ -454,14 +458,25 @@ int main(int argc, char** argv)
                     const DeegKweeResult g =
                         DeegKwee(curve.t, curve.m, curve.n, picks.kwee.first, picks.kwee.last, DeegKweeParams());
                     r.deeg.add(g.time, e.truth, g.ok() ? g.error : NAN);
+                    const double deegPull = (g.time - e.truth) / g.error;
+                    if (outliers > 0 && g.ok() && std::abs(deegPull) > outliers)
+                        std::printf(
+                            "  pull %+7.1f  Deeg   eclipse %llu: %s, n %zu, sampling %d%s, noise %.3g + red %.3g "
+                            "(tau %.1f), depth %.3g | error %.3g, noise/white %.2f, red factor %.2f, pairs %d, "
+                            "Kwee's pull %+.1f\n",
+                            deegPull, (unsigned long long)index, e.flat ? "flat" : "gauss", e.t.size(), e.sampling,
+                            e.gap ? " gap" : "", e.sigma, e.red, e.tau, e.depth, g.error, g.noise / e.sigma,
+                            g.redNoiseFactor, g.pairs, (fitted.time - e.truth) / b.error);
                 }
             }
         }
         const char* name = family == Family::White ? "white" : "correlated";
         for (const int row : rows) {
             const Row& r = table[row];
-            std::printf("%-26s %-11s %-14s %-14s %-14s %d\n", MethodOfRow(row).title, name, qPrintable(cell(r.own)),
-                        qPrintable(cell(r.bootstrap)), qPrintable(cell(r.deeg)), r.failures);
+            const QString fails =
+                row == 4 ? QStringLiteral("%1 (%2)").arg(r.failures).arg(r.deeg.missing) : QString::number(r.failures);
+            std::printf("%-26s %-11s %-14s %-14s %-14s %s\n", MethodOfRow(row).title, name, qPrintable(cell(r.own)),
+                        qPrintable(cell(r.bootstrap)), qPrintable(cell(r.deeg)), qPrintable(fails));
         }
         std::fflush(stdout);
     }

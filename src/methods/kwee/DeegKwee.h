@@ -70,6 +70,9 @@ struct DeegKweeParams {
     int maxIterations = 100; // walking and re-centring steps of the folds
 };
 
+// The fewest points reflected onto the other branch that a time and its error are given from.
+constexpr int minimumDeegPairs = 8;
+
 enum class DeegKweeStatus {
     Ok,
     BadRange,     // first / last outside 1..count, or fewer than 7 points between them
@@ -78,6 +81,7 @@ enum class DeegKweeStatus {
     NoSpread,     // all times of the range equal
     NoMinimum,    // no dip: the folds walked off the range, or the curve is not fainter there than about
     NotConverged, // the vertex kept moving; time and error are of the last fit
+    TooFewPairs,  // fewer than minimumDeegPairs points reflected at the time found
 };
 
 struct DeegKweeResult {
