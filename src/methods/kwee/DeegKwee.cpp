@@ -29,7 +29,9 @@ double interpolate(const std::vector<double>& t, const std::vector<double>& m, d
 
 // The red-noise factor of the error: how much more the differences d_i = m_i - L(2T - t_i)
 // of the points lo .. hi - 1 vary over a few neighbours than white noise of sigma would make
-// them. Per branch, in time order and centred, the long-run variance V of the observed d is
+// them. Per branch, in time order and not centred (at the time found the d of a symmetric dip
+// have mean zero, and an offset between the branches is the slowest part of the noise, the one
+// that moves the time most), the long-run variance V of the observed d is
 // that of the autoregression their autocovariances give (Yule-Walker, order by the AIC:
 // V = var(innovations) / (1 - sum a)^2, Berk 1974), and it is compared with the one their
 // covariances under white noise of sigma give (a d holds its point and its partner's two
@@ -65,19 +67,6 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
     const int P = static_cast<int>(terms.size());
     if (P < 8)
         return 1;
-    for (int b = 0; b < 2; ++b) {
-        double mean = 0;
-        int count = 0;
-        for (const Term& x : terms)
-            if (x.branch == b) {
-                mean += x.d;
-                ++count;
-            }
-        if (count > 0)
-            for (Term& x : terms)
-                if (x.branch == b)
-                    x.d -= mean / count;
-    }
     auto coefficient = [](const Term& x, std::size_t k) {
         double c = 0;
         if (k == x.self)
@@ -115,8 +104,8 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
     }
     // The observed: the autocovariances of the d within each branch, pooled, and the
     // long-run variance of the Yule-Walker autoregression they give (order by Akaike's
-    // criterion), var(innovations) / (1 - sum a)^2. A lag window over the centred d would
-    // lose the slowest part, the offset between the branches, which is what moves the time.
+    // criterion), var(innovations) / (1 - sum a)^2. A short lag window would lose the slowest
+    // part, which is what moves the time.
     const int maxOrder = std::max(1, std::min(static_cast<int>(std::lround(10 * std::log10(double(P)))), P / 5));
     std::vector<double> g(std::size_t(maxOrder) + 1, 0.0);
     for (int k = 0; k <= maxOrder; ++k) {

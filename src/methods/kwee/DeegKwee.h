@@ -44,7 +44,8 @@
 // reflected curve misses (an asymmetric dip, a chord across a gap); the error uses the larger.
 //
 // Red noise. Noise correlated over a few neighbouring points moves the time more than its size
-// says. The differences d_i at the time found, per branch and in time order, give the long-run
+// says. The differences d_i at the time found, per branch, in time order and not centred (an
+// offset between the branches is the slowest part of the noise), give the long-run
 // variance of the autoregression fitted to their autocovariances (Yule-Walker, order by the
 // AIC; var(innovations) / (1 - sum a)^2), which reaches correlations over more points than a
 // lag window over so short a series can; it is divided by the one white noise of sigma would
