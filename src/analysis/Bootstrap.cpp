@@ -43,31 +43,41 @@ struct Prepared {
     bool sieve = false;
 };
 
-// The Yule-Walker autoregression of the series e (centred) by the Levinson-Durbin recursion,
-// its order 0..maxOrder chosen by Akaike's criterion n log v_p + 2p (v_p the innovation
-// variance of order p). The Yule-Walker coefficients always give a stationary process.
+// The autoregression of the series e by Burg's method (Burg 1975): at each order the reflection
+// coefficient minimises the forward and backward prediction errors together, on the series
+// itself. Its order 0..maxOrder is chosen by Akaike's criterion n log v_p + 2p (v_p the
+// innovation variance of order p). Yule-Walker's estimates, from autocovariances divided by n,
+// are pulled towards zero on a short series of slowly correlated noise, and with them the
+// long-run variance; Burg's keep it, and every reflection coefficient lies within (-1, 1), so
+// the process is stationary.
 std::vector<double> fitAutoregression(const std::vector<double>& e, int maxOrder)
 {
     const std::size_t n = e.size();
     if (maxOrder < 1 || n < 10)
         return {};
-    std::vector<double> g(std::size_t(maxOrder) + 1, 0.0);
-    for (std::size_t k = 0; k < g.size() && k < n; ++k) {
-        double s = 0;
-        for (std::size_t i = k; i < n; ++i)
-            s += e[i] * e[i - k];
-        g[k] = s / double(n);
-    }
-    if (!(g[0] > 0))
+    std::vector<double> f = e, b = e;
+    double v = 0;
+    for (const double x : e)
+        v += x * x;
+    v /= double(n);
+    if (!(v > 0))
         return {};
-    double v = g[0];
     double bestCriterion = double(n) * std::log(v);
     std::vector<double> a, best;
-    for (int p = 1; p <= maxOrder; ++p) {
-        double acc = g[std::size_t(p)];
-        for (int j = 1; j < p; ++j)
-            acc -= a[std::size_t(j - 1)] * g[std::size_t(p - j)];
-        const double k = acc / v;
+    for (int p = 1; p <= maxOrder && std::size_t(p) < n; ++p) {
+        double num = 0, den = 0;
+        for (std::size_t t = std::size_t(p); t < n; ++t) {
+            num += f[t] * b[t - 1];
+            den += f[t] * f[t] + b[t - 1] * b[t - 1];
+        }
+        if (!(den > 0))
+            break;
+        const double k = 2 * num / den;
+        for (std::size_t t = n - 1; t >= std::size_t(p); --t) {
+            const double ft = f[t];
+            f[t] = ft - k * b[t - 1];
+            b[t] = b[t - 1] - k * ft;
+        }
         std::vector<double> next(std::size_t(p), 0.0);
         for (int j = 1; j < p; ++j)
             next[std::size_t(j - 1)] = a[std::size_t(j - 1)] - k * a[std::size_t(p - j - 1)];
