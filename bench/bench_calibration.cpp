@@ -13,9 +13,10 @@
 // 2 to 8 median spacings, 1 to 2 times the white part). Everything is drawn from one seed.
 //
 // usage: bench_calibration [--eclipses N] [--replicates B] [--seed S] [--family white|correlated]
-//                          [--study K]
+//                          [--study K] [--outliers X]
 // --study K prints, for the first K eclipses, each method's true bias and scatter over 200 noise
-// draws beside what its errors say on the first draw.
+// draws beside what its errors say on the first draw. --outliers X prints every eclipse whose
+// bootstrap pull is larger than X, with what the bootstrap found.
 #include "analysis/MethodBootstrap.h"
 #include "analysis/ReplicateRandom.h"
 #include "methods/MethodRegistry.h"
@@ -357,12 +358,16 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
             said = b.error;
             off = r.time - first.truth;
             std::printf("   %-26s bias %+.3g  sd %.3g  | this draw %+.3g, own %.3g, bootstrap %.3g (L %d, k %d, "
-                        "mean %+.3g, rms/noise %.2f, lag1 %.2f)\n",
+                        "mean %+.3g, rms/noise %.2f, lag1 %.2f, ar %d%s, noise rms/noise %.2f)\n",
                         MethodOfRow(row).title, mean, sd, off, r.error, said, b.blockLength, b.smootherNeighbours,
-                        b.mean - r.time, b.residualRms / std::hypot(first.sigma, first.red), b.lag1);
+                        b.mean - r.time, b.residualRms / std::hypot(first.sigma, first.red), b.lag1, b.arOrder,
+                        b.sieve ? " sieve" : "", b.noiseRms / std::hypot(first.sigma, first.red));
             continue;
         }
-        std::printf("   %-26s bias %+.3g  sd %.3g  | this draw %+.3g, Deeg %.3g\n", "Deeg", mean, sd, off, said);
+        const DeegKweeResult g = DeegKwee(c.t, c.m, c.n, picks.kwee.first, picks.kwee.last);
+        std::printf("   %-26s bias %+.3g  sd %.3g  | this draw %+.3g, Deeg %.3g (noise/white %.2f, red factor %.2f, "
+                    "pairs %d)\n",
+                    "Deeg", mean, sd, off, said, g.noise / first.sigma, g.redNoiseFactor, g.pairs);
     }
 }
 
@@ -375,6 +380,7 @@ int main(int argc, char** argv)
     int replicates = 200;
     std::uint64_t seed = 2024;
     int study = 0;
+    double outliers = 0;
     std::vector<Family> families = {Family::White, Family::Correlated};
     const QStringList args = app.arguments();
     for (int i = 1; i + 1 < args.size(); i += 2) {
@@ -386,11 +392,13 @@ int main(int argc, char** argv)
             seed = args[i + 1].toULongLong();
         else if (args[i] == QLatin1String("--study"))
             study = args[i + 1].toInt();
+        else if (args[i] == QLatin1String("--outliers"))
+            outliers = args[i + 1].toDouble();
         else if (args[i] == QLatin1String("--family"))
             families = {args[i + 1] == QLatin1String("white") ? Family::White : Family::Correlated};
         else {
             std::fprintf(stderr, "usage: bench_calibration [--eclipses N] [--replicates B] [--seed S] "
-                                 "[--family white|correlated] [--study K]\n");
+                                 "[--family white|correlated] [--study K] [--outliers X]\n");
             return 64;
         }
     }
@@ -401,7 +409,8 @@ int main(int argc, char** argv)
     std::printf("Pulls (time - truth) / error: standard deviation (and 1.4826 median |pull|), %d eclipses a family,"
                 " B = %d\n",
                 eclipses, replicates);
-    std::printf("%-26s %-11s %-14s %-14s %-14s %s\n", "method", "noise", "own", "bootstrap", "Deeg", "fails");
+    std::printf("%-26s %-11s %-14s %-14s %-14s %s\n", "method", "noise", "own", "bootstrap", "Deeg",
+                "fails (Deeg: no time)");
     for (const Family family : families) {
         std::map<int, Row> table;
         // An eclipse whose picks hold too few points is drawn again from the next stream.
@@ -436,18 +445,38 @@ int main(int argc, char** argv)
                 options.seed = seed + std::uint64_t(k);
                 const BootstrapResult b = BootstrapMethod(row, curve.view(), request, fitted, options);
                 r.bootstrap.add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                const double pull = (fitted.time - e.truth) / b.error;
+                if (outliers > 0 && b.valid() && std::abs(pull) > outliers)
+                    std::printf("  pull %+7.1f  row %d  eclipse %llu: %s, n %zu, sampling %d%s, noise %.3g + red %.3g "
+                                "(tau %.1f), depth %.3g | bootstrap %.3g, shift %+.3g, L %d, ar %d, rms/noise %.2f, "
+                                "noise rms/noise %.2f\n",
+                                pull, row, (unsigned long long)index, e.flat ? "flat" : "gauss", e.t.size(), e.sampling,
+                                e.gap ? " gap" : "", e.sigma, e.red, e.tau, e.depth, b.error, b.mean - fitted.time,
+                                b.blockLength, b.arOrder, b.residualRms / std::hypot(e.sigma, e.red),
+                                b.noiseRms / std::hypot(e.sigma, e.red));
                 if (row == 4) {
                     const DeegKweeResult g =
                         DeegKwee(curve.t, curve.m, curve.n, picks.kwee.first, picks.kwee.last, DeegKweeParams());
                     r.deeg.add(g.time, e.truth, g.ok() ? g.error : NAN);
+                    const double deegPull = (g.time - e.truth) / g.error;
+                    if (outliers > 0 && g.ok() && std::abs(deegPull) > outliers)
+                        std::printf(
+                            "  pull %+7.1f  Deeg   eclipse %llu: %s, n %zu, sampling %d%s, noise %.3g + red %.3g "
+                            "(tau %.1f), depth %.3g | error %.3g, noise/white %.2f, red factor %.2f, pairs %d, "
+                            "Kwee's pull %+.1f\n",
+                            deegPull, (unsigned long long)index, e.flat ? "flat" : "gauss", e.t.size(), e.sampling,
+                            e.gap ? " gap" : "", e.sigma, e.red, e.tau, e.depth, g.error, g.noise / e.sigma,
+                            g.redNoiseFactor, g.pairs, (fitted.time - e.truth) / b.error);
                 }
             }
         }
         const char* name = family == Family::White ? "white" : "correlated";
         for (const int row : rows) {
             const Row& r = table[row];
-            std::printf("%-26s %-11s %-14s %-14s %-14s %d\n", MethodOfRow(row).title, name, qPrintable(cell(r.own)),
-                        qPrintable(cell(r.bootstrap)), qPrintable(cell(r.deeg)), r.failures);
+            const QString fails =
+                row == 4 ? QStringLiteral("%1 (%2)").arg(r.failures).arg(r.deeg.missing) : QString::number(r.failures);
+            std::printf("%-26s %-11s %-14s %-14s %-14s %s\n", MethodOfRow(row).title, name, qPrintable(cell(r.own)),
+                        qPrintable(cell(r.bootstrap)), qPrintable(cell(r.deeg)), qPrintable(fails));
         }
         std::fflush(stdout);
     }

@@ -35,7 +35,196 @@ struct Prepared {
     double lag1 = 0;
     double rms = 0;
     int neighbours = 0;
+    // The sieve: the autoregression a_1..a_p of the noise and its centred innovations; empty
+    // when the noise is resampled in blocks.
+    std::vector<double> ar;
+    std::vector<double> innovations;
+    double noiseRms = 0;
+    bool sieve = false;
 };
+
+// The autoregression of the series e by Burg's method (Burg 1975): at each order the reflection
+// coefficient minimises the forward and backward prediction errors together, on the series
+// itself. Its order 0..maxOrder is chosen by Akaike's criterion n log v_p + 2p (v_p the
+// innovation variance of order p). Yule-Walker's estimates, from autocovariances divided by n,
+// are pulled towards zero on a short series of slowly correlated noise, and with them the
+// long-run variance; Burg's keep it, and every reflection coefficient lies within (-1, 1), so
+// the process is stationary.
+std::vector<double> fitAutoregression(const std::vector<double>& e, int maxOrder)
+{
+    const std::size_t n = e.size();
+    if (maxOrder < 1 || n < 10)
+        return {};
+    std::vector<double> f = e, b = e;
+    double v = 0;
+    for (const double x : e)
+        v += x * x;
+    v /= double(n);
+    if (!(v > 0))
+        return {};
+    double bestCriterion = double(n) * std::log(v);
+    std::vector<double> a, best;
+    for (int p = 1; p <= maxOrder && std::size_t(p) < n; ++p) {
+        double num = 0, den = 0;
+        for (std::size_t t = std::size_t(p); t < n; ++t) {
+            num += f[t] * b[t - 1];
+            den += f[t] * f[t] + b[t - 1] * b[t - 1];
+        }
+        if (!(den > 0))
+            break;
+        const double k = 2 * num / den;
+        for (std::size_t t = n - 1; t >= std::size_t(p); --t) {
+            const double ft = f[t];
+            f[t] = ft - k * b[t - 1];
+            b[t] = b[t - 1] - k * ft;
+        }
+        std::vector<double> next(std::size_t(p), 0.0);
+        for (int j = 1; j < p; ++j)
+            next[std::size_t(j - 1)] = a[std::size_t(j - 1)] - k * a[std::size_t(p - j - 1)];
+        next[std::size_t(p - 1)] = k;
+        a = next;
+        v *= 1 - k * k;
+        if (!(v > 0))
+            break;
+        const double criterion = double(n) * std::log(v) + 2.0 * double(p);
+        if (criterion < bestCriterion) {
+            bestCriterion = criterion;
+            best = a;
+        }
+    }
+    return best;
+}
+
+// The noise of all the used points, measured without any model of the dip: each point of a
+// branch is compared with the curve reflected about the centre, read by quadratic interpolation
+// Q through the two observations about 2 centre - t_i and the nearer next one (a straight line
+// would leave the curvature of the dip in the differences where the sampling is sparse):
+// d_i = (m_i - Q(2 centre - t_i)) / sqrt(1 + l_1^2 + l_2^2 + l_3^2) with l the interpolation
+// weights, which has the variance of one point's noise where the dip is symmetric. A smoother, even a
+// folded one, takes the slow noise common to both branches for part of the dip and leaves too
+// little of it to resample; the reflected difference leaves all of it. Points whose partner
+// falls outside the curve, across a gap (a bracket wider than three median spacings) or onto
+// the point itself are passed over, and the part of the differences proportional to the
+// reflected curve's slope (a centre a little off the dip's own) is fitted and taken out. Of the two branches the one
+// with more differences is used (the other holds the same differences with the sign changed). When an autoregression
+// finds the differences correlated, its coefficients and innovations go into p for the sieve.
+void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
+{
+    const std::size_t n = setup.t.size();
+    if (n < 10)
+        return;
+    std::vector<std::size_t> order(n);
+    for (std::size_t i = 0; i < n; ++i)
+        order[i] = i;
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return setup.t[a] < setup.t[b]; });
+    std::vector<double> t(n), m(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        t[i] = setup.t[order[i]];
+        m[i] = setup.m[order[i]];
+    }
+    std::vector<double> spacing;
+    for (std::size_t i = 1; i < n; ++i)
+        if (t[i] > t[i - 1])
+            spacing.push_back(t[i] - t[i - 1]);
+    if (spacing.empty())
+        return;
+    std::nth_element(spacing.begin(), spacing.begin() + std::ptrdiff_t(spacing.size() / 2), spacing.end());
+    const double widest = 3 * spacing[spacing.size() / 2];
+
+    // Per branch: the raw difference, the slope of the reflected curve and the noise scale.
+    struct Difference {
+        double d, slope, scale;
+    };
+    std::vector<Difference> branch[2];
+    for (std::size_t i = 0; i < n; ++i) {
+        const double u = 2 * centre - t[i];
+        if (t[i] == centre || u < t.front() || u > t.back())
+            continue;
+        std::size_t j = std::size_t(std::upper_bound(t.begin(), t.end(), u) - t.begin());
+        if (j >= n)
+            j = n - 1;
+        if (j == 0)
+            continue;
+        const std::size_t a = j - 1;
+        if (a == i || j == i || !(t[j] > t[a]) || t[j] - t[a] > widest)
+            continue;
+        // The third point: the nearer of the two beyond the bracket.
+        std::size_t c = n;
+        if (a >= 1 && (j + 1 >= n || u - t[a - 1] <= t[j + 1] - u))
+            c = a - 1;
+        else if (j + 1 < n)
+            c = j + 1;
+        if (c == n || c == i || !(std::abs(t[c] - u) <= widest) || t[c] == t[a] || t[c] == t[j])
+            continue;
+        const double x[3] = {t[a], t[j], t[c]};
+        const double y[3] = {m[a], m[j], m[c]};
+        double value = 0, slope = 0, weights = 0;
+        for (int k = 0; k < 3; ++k) {
+            const int q1 = (k + 1) % 3, q2 = (k + 2) % 3;
+            const double den = (x[k] - x[q1]) * (x[k] - x[q2]);
+            const double l = (u - x[q1]) * (u - x[q2]) / den;
+            value += l * y[k];
+            slope += ((u - x[q1]) + (u - x[q2])) / den * y[k];
+            weights += l * l;
+        }
+        const Difference diff{m[i] - value, slope, std::sqrt(1 + weights)};
+        if (std::isfinite(diff.d) && std::isfinite(diff.slope))
+            branch[t[i] < centre ? 0 : 1].push_back(diff);
+    }
+    const std::vector<Difference>& chosen = branch[0].size() >= branch[1].size() ? branch[0] : branch[1];
+    // A centre off the dip's own by delta adds 2 delta times the slope to every difference:
+    // that part, fitted by least squares, is the time's offset, not noise, and is taken out.
+    double dg = 0, gg = 0;
+    for (const Difference& x : chosen) {
+        dg += x.d * x.slope;
+        gg += x.slope * x.slope;
+    }
+    const double offset = gg > 0 ? dg / gg : 0;
+    std::vector<double> e;
+    for (const Difference& x : chosen)
+        e.push_back((x.d - offset * x.slope) / x.scale);
+    if (e.size() < 10)
+        return;
+    // Not centred: at the method's time the differences of a symmetric dip have mean zero, and
+    // an offset between the branches is the slowest part of the noise, the one that moves a
+    // time most.
+    double s0 = 0;
+    for (const double r : e)
+        s0 += r * r;
+    const std::size_t count = e.size();
+    p->noiseRms = std::sqrt(s0 / double(count));
+    const int maxOrder = std::min(int(std::lround(10 * std::log10(double(count)))), int(count) / 5);
+    const std::vector<double> a = fitAutoregression(e, maxOrder);
+    const std::size_t q = a.size();
+    std::vector<double> innovations;
+    double mu = 0;
+    for (std::size_t i = q; i < count; ++i) {
+        double v = e[i];
+        for (std::size_t j = 1; j <= q; ++j)
+            v -= a[j - 1] * e[i - j];
+        innovations.push_back(v);
+        mu += v;
+    }
+    mu /= double(innovations.size());
+    for (double& v : innovations)
+        v -= mu;
+    p->ar = a;
+    p->innovations = innovations;
+    // What moves a time of minimum is the slow part of the noise: the source with the larger
+    // long-run variance is resampled. The autoregression's is var(innovations) / (1 - sum a)^2;
+    // the range's residuals', in blocks, is taken as of an AR(1) with their lag-1 correlation.
+    double sumA = 0;
+    for (double x : a)
+        sumA += x;
+    double innovationVariance = 0;
+    for (double v : innovations)
+        innovationVariance += v * v;
+    innovationVariance /= double(innovations.size());
+    const double sieveLongRun = innovationVariance / ((1 - sumA) * (1 - sumA));
+    const double rho = std::max(0.0, std::min(p->lag1, 0.99));
+    const double blockLongRun = p->rms * p->rms * (1 + rho) / (1 - rho);
+    p->sieve = sieveLongRun > blockLongRun;
+}
 
 QString prepare(const BootstrapSetup& setup, Prepared* p)
 {
@@ -109,6 +298,8 @@ QString prepare(const BootstrapSetup& setup, Prepared* p)
     p->lag1 = s0 > 0 ? s1 / s0 : 0;
     p->blockLength =
         setup.blockLength > 0 ? std::min(setup.blockLength, int(ns)) : bootstrapBlockLength(p->lag1, int(ns));
+    if (setup.noiseCentre)
+        prepareSieve(setup, *setup.noiseCentre, p);
     return QString();
 }
 
@@ -124,6 +315,25 @@ void resample(const std::vector<double>& r, int L, ReplicateRandom& random, std:
         for (std::size_t j = 0; j < length && k < n; ++j, ++k)
             (*out)[k] = r[start + j];
     }
+}
+
+// One replicate's residuals from the sieve: the autoregression run on innovations drawn with
+// replacement, long enough before the range for its start to be forgotten.
+void generate(const Prepared& p, ReplicateRandom& random, std::vector<double>* scratch, std::vector<double>* out)
+{
+    const std::size_t order = p.ar.size();
+    const std::size_t burn = 50 + 10 * order;
+    const std::size_t total = burn + out->size();
+    scratch->assign(total, 0.0);
+    std::vector<double>& x = *scratch;
+    const std::uint64_t count = p.innovations.size();
+    for (std::size_t i = 0; i < total; ++i) {
+        double v = p.innovations[std::size_t(random.below(count))];
+        for (std::size_t j = 1; j <= order && j <= i; ++j)
+            v += p.ar[j - 1] * x[i - j];
+        x[i] = v;
+    }
+    std::copy(x.begin() + std::ptrdiff_t(burn), x.end(), out->begin());
 }
 
 double percentile(const std::vector<double>& sorted, double q)
@@ -172,6 +382,9 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
     result.lag1 = prepared.lag1;
     result.residualRms = prepared.rms;
     result.smootherNeighbours = prepared.neighbours;
+    result.arOrder = int(prepared.ar.size());
+    result.sieve = prepared.sieve;
+    result.noiseRms = prepared.noiseRms;
 
     const int B = setup.replicates;
     std::vector<Outcome> outcomes(static_cast<std::size_t>(B));
@@ -195,6 +408,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
             curve.m(long(i) + 1) = setup.m[i];
         }
         std::vector<double> drawn(prepared.residuals.size());
+        std::vector<double> scratch;
         for (;;) {
             if (cancel && cancel->load())
                 break;
@@ -202,7 +416,10 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
             if (index >= B)
                 break;
             ReplicateRandom random(setup.seed, std::uint64_t(index));
-            resample(prepared.residuals, prepared.blockLength, random, &drawn);
+            if (!prepared.sieve)
+                resample(prepared.residuals, prepared.blockLength, random, &drawn);
+            else
+                generate(prepared, random, &scratch, &drawn);
             for (std::size_t k = 0; k < drawn.size(); ++k)
                 curve.m(setup.first + long(k)) = prepared.base[k] + drawn[k];
 

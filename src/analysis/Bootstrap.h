@@ -16,6 +16,20 @@
 // of L consecutive residuals starting at uniformly drawn points, laid end to end, so correlated
 // noise keeps its correlation within a block. Points outside the range are kept as they are.
 //
+// Noise correlated over more points than the range's residuals show: a fitted curve or a
+// smoother over a short range takes up part of the slow noise, so its residuals hold too little
+// of it and look less correlated than the noise is. With a noise centre given (the method's
+// time), the noise is also measured on all the used points, without a model: the differences
+// between each point of one branch and the other branch reflected about the centre (read by
+// quadratic interpolation), where the dip's symmetry cancels the light curve and leaves the
+// noise. An autoregression is fitted to them (Burg's method, order by the AIC), and where its
+// long-run variance (the slow part of the noise, which is what moves a time) is larger than
+// the range's residuals' (taken as of an AR(1) with their lag-1 correlation), a replicate's
+// residuals are that autoregression run on innovations drawn with replacement (the sieve
+// bootstrap, Buehlmann 1997): correlation over any number of points is kept, and the noise has
+// its full size. Otherwise the range's residuals, which then hold what the model misses besides
+// the noise, are resampled in blocks.
+//
 // Block length: from the lag-1 autocorrelation rho of the residuals. L = 1 (independent
 // residuals) while rho <= 2 / sqrt(n), white noise within its own scatter; otherwise Carlstein's
 // (1986) rule for an AR(1) series, L = (2 rho / (1 - rho^2))^(2/3) n^(1/3), at least 2 and at most
@@ -72,7 +86,12 @@ struct BootstrapSetup {
     int replicates = 500;
     std::uint64_t seed = 1;
     int blockLength = 0; // 0: from the residuals' lag-1 autocorrelation
-    int threads = 0;     // 0: all cores
+    // Noise correlated over more points than a block of the range can hold: with a centre
+    // given, the noise is also measured on all the used points, about the smoother folded about
+    // this time, and where an autoregression finds it correlated the replicates' residuals are
+    // drawn from that autoregression (the sieve bootstrap) instead of in blocks.
+    std::optional<double> noiseCentre;
+    int threads = 0; // 0: all cores
     // The whole arrays (index 0..1000) every replicate starts from, so that what lies beyond
     // the used points stays as the methods read it (Kwee's entry just past them, the chords'
     // empty entry); it must hold t and m at 1..count. Null: t and m, zeros elsewhere.
@@ -108,6 +127,9 @@ struct BootstrapResult {
     double lag1 = 0;            // the residuals' lag-1 autocorrelation
     double residualRms = 0;     // of the scaled, centred residuals
     int smootherNeighbours = 0; // k of the default smoother; 0 when a model was given
+    bool sieve = false;         // the residuals came from the autoregression, not in blocks
+    int arOrder = 0;            // order of the autoregression fitted to the reflected differences
+    double noiseRms = 0;        // of the residuals of all the used points (with a noise centre)
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
 };

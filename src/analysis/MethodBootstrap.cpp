@@ -161,6 +161,7 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
         // the part that moves a time of minimum, stays in the residuals to be resampled; a
         // smoother of the plain curve would follow correlated noise and take it out.
         setup.foldCentre = fitted.time;
+        setup.noiseCentre = fitted.time;
         if (row == ParabolaRow && span.first >= 1 && span.last <= curve.n && span.last - span.first >= 2) {
             setup.foldCentre.reset();
             setup.model = parabolaModel(curve, span.first, span.last);

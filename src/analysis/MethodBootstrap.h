@@ -22,7 +22,10 @@
 //                   chooses its own stretch again, as the method does
 // Every model is symmetric about the method's time (a parabola about its vertex, the cosine
 // series about Xo, the folded smoother by construction), and the error is the standard deviation
-// of the replicates' times (see Bootstrap.h).
+// of the replicates' times (see Bootstrap.h). The noise is also measured on all the used points,
+// as the differences between the branches reflected about the method's time; where it is
+// correlated beyond what the range's residuals show, the replicates' noise is drawn from the
+// autoregression of those differences (the sieve) instead of the residuals in blocks.
 // The tracing paper (row 2) has no fit to repeat: its error stays the fixed scroll step.
 
 #include "analysis/Bootstrap.h"

@@ -334,6 +334,7 @@ private Q_SLOTS:
         QTest::newRow("a magnitude not a number") << 5 << int(DeegKweeStatus::BadValue);
         QTest::newRow("all times equal") << 6 << int(DeegKweeStatus::NoSpread);
         QTest::newRow("a falling branch only") << 7 << int(DeegKweeStatus::NoMinimum);
+        QTest::newRow("few points about the minimum") << 8 << int(DeegKweeStatus::TooFewPairs);
     }
     void refusals()
     {
@@ -359,6 +360,22 @@ private Q_SLOTS:
             for (std::size_t i = 0; i < p.t.size(); ++i)
                 p.m[i] = 0.1 * double(i);
             break;
+        case 8: {
+            // 0.46 .. 0.54 in 400 points, the range starting eight points before the minimum at
+            // 0.5, and a gap of 0.004 days (two points) about the minimum: the folds settle
+            // on it with fewer than eight points near enough to be reflected.
+            p.t = test::evenTimes(0.46, 0.54, 400);
+            p.m = test::noisyMagnitudes(Dip(), p.t, 0.001, rng);
+            Points kept;
+            for (std::size_t i = 192; i < p.t.size(); ++i) {
+                if (std::abs(p.t[i] - 0.5) < 0.004 / 2)
+                    continue;
+                kept.t.push_back(p.t[i]);
+                kept.m.push_back(p.m[i]);
+            }
+            p = kept;
+            break;
+        }
         }
         const DeegKweeResult r = run(p, params);
         QCOMPARE(int(r.status), status);

@@ -29,13 +29,15 @@ double interpolate(const std::vector<double>& t, const std::vector<double>& m, d
 
 // The red-noise factor of the error: how much more the differences d_i = m_i - L(2T - t_i)
 // of the points lo .. hi - 1 vary over a few neighbours than white noise of sigma would make
-// them. Per branch, in time order and centred, the Bartlett-weighted long-run variance
-//     V = gamma(0) + 2 sum_{k=1..K} (1 - k / (K + 1)) gamma(k),   K = 1.5 P^(1/3),
-// is formed from the observed d, and again from their covariances under white noise of sigma
-// (a d holds its point and its partner's two interpolation neighbours, so neighbouring d share
-// noise even when the noise is white); the factor is sqrt(V_observed / V_white), at least 1
-// (Newey & West 1987 for the weights). Comparing variances, not correlations, also brings in
-// the slow part of the noise that the point-to-point measure of sigma does not see.
+// them. Per branch, in time order and not centred (at the time found the d of a symmetric dip
+// have mean zero, and an offset between the branches is the slowest part of the noise, the one
+// that moves the time most), the long-run variance V of the observed d is
+// that of the autoregression their autocovariances give (Yule-Walker, order by the AIC:
+// V = var(innovations) / (1 - sum a)^2, Berk 1974), and it is compared with the one their
+// covariances under white noise of sigma give (a d holds its point and its partner's two
+// interpolation neighbours, so neighbouring d share noise even when the noise is white); the
+// factor is sqrt(V_observed / V_white), at least 1. Comparing variances, not correlations, also
+// brings in the slow part of the noise that the point-to-point measure of sigma does not see.
 double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m, std::size_t lo, std::size_t hi,
                       double T, double sigma)
 {
@@ -65,19 +67,6 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
     const int P = static_cast<int>(terms.size());
     if (P < 8)
         return 1;
-    for (int b = 0; b < 2; ++b) {
-        double mean = 0;
-        int count = 0;
-        for (const Term& x : terms)
-            if (x.branch == b) {
-                mean += x.d;
-                ++count;
-            }
-        if (count > 0)
-            for (Term& x : terms)
-                if (x.branch == b)
-                    x.d -= mean / count;
-    }
     auto coefficient = [](const Term& x, std::size_t k) {
         double c = 0;
         if (k == x.self)
@@ -100,27 +89,64 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
         }
         return c;
     };
-    const int K = std::max(2, static_cast<int>(std::lround(1.5 * std::cbrt(double(P)))));
-    double g0 = 0, w0 = 0, gSum = 0, wSum = 0;
-    for (const Term& x : terms) {
-        g0 += x.d * x.d;
+    // Under white noise the d are correlated only through shared interpolation neighbours,
+    // over a lag or two.
+    double w0 = 0, wSum = 0;
+    for (const Term& x : terms)
         w0 += white(x, x);
-    }
-    for (int k = 1; k <= K; ++k) {
-        double g = 0, w = 0;
+    for (int k = 1; k <= 2; ++k) {
         for (int i = 0; i + k < P; ++i) {
             const Term& a = terms[std::size_t(i)];
             const Term& b = terms[std::size_t(i + k)];
-            if (a.branch != b.branch)
-                continue;
-            g += a.d * b.d;
-            w += white(a, b);
+            if (a.branch == b.branch)
+                wSum += white(a, b);
         }
-        const double bartlett = 1 - double(k) / (K + 1);
-        gSum += bartlett * g;
-        wSum += bartlett * w;
     }
-    const double observed = g0 + 2 * gSum;
+    // The observed: the autocovariances of the d within each branch, pooled, and the
+    // long-run variance of the Yule-Walker autoregression they give (order by Akaike's
+    // criterion), var(innovations) / (1 - sum a)^2. A short lag window would lose the slowest
+    // part, which is what moves the time.
+    const int maxOrder = std::max(1, std::min(static_cast<int>(std::lround(10 * std::log10(double(P)))), P / 5));
+    std::vector<double> g(std::size_t(maxOrder) + 1, 0.0);
+    for (int k = 0; k <= maxOrder; ++k) {
+        double sum = 0;
+        for (int i = 0; i + k < P; ++i) {
+            const Term& a = terms[std::size_t(i)];
+            const Term& b = terms[std::size_t(i + k)];
+            if (a.branch == b.branch)
+                sum += a.d * b.d;
+        }
+        g[std::size_t(k)] = sum / P;
+    }
+    if (!(g[0] > 0))
+        return 1;
+    double v = g[0];
+    double longRun = g[0];
+    double best = double(P) * std::log(v);
+    std::vector<double> a;
+    for (int p = 1; p <= maxOrder; ++p) {
+        double acc = g[std::size_t(p)];
+        for (int j = 1; j < p; ++j)
+            acc -= a[std::size_t(j - 1)] * g[std::size_t(p - j)];
+        const double k = acc / v;
+        std::vector<double> next(std::size_t(p), 0.0);
+        for (int j = 1; j < p; ++j)
+            next[std::size_t(j - 1)] = a[std::size_t(j - 1)] - k * a[std::size_t(p - j - 1)];
+        next[std::size_t(p - 1)] = k;
+        a = next;
+        v *= 1 - k * k;
+        if (!(v > 0))
+            break;
+        const double criterion = double(P) * std::log(v) + 2.0 * p;
+        if (criterion < best) {
+            best = criterion;
+            double sumA = 0;
+            for (double x : a)
+                sumA += x;
+            longRun = v / ((1 - sumA) * (1 - sumA));
+        }
+    }
+    const double observed = longRun * P;
     const double expected = sigma * sigma * (w0 + 2 * wSum);
     if (!(observed > 0) || !(expected > 0))
         return 1;
@@ -500,6 +526,14 @@ DeegKweeResult DeegKwee(const double* tIn, const double* mIn, int n, const DeegK
         r.status = DeegKweeStatus::NoMinimum;
         return r;
     }
+    // Fewer than eight points reflected: the minimum lies so near an end of the range that a
+    // handful of differences decide the time, and neither their noise nor its correlation can
+    // be measured on them.
+    if (fit.pairs < minimumDeegPairs) {
+        r.status = DeegKweeStatus::TooFewPairs;
+        r.pairs = fit.pairs;
+        return r;
+    }
 
     r.converged = r.status == DeegKweeStatus::Ok;
     r.time = vertex;
@@ -563,6 +597,10 @@ QString deegKweeStatusText(DeegKweeStatus status)
     case DeegKweeStatus::NoSpread: return QStringLiteral("all times of the range are equal");
     case DeegKweeStatus::NoMinimum: return QStringLiteral("no minimum found inside the range");
     case DeegKweeStatus::NotConverged: return QStringLiteral("the time of minimum did not settle");
+    case DeegKweeStatus::TooFewPairs:
+        return QStringLiteral("the minimum lies so near an end of the range that fewer than %1 points can be "
+                              "reflected")
+            .arg(minimumDeegPairs);
     }
     return QString();
 }

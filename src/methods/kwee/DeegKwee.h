@@ -44,10 +44,17 @@
 // reflected curve misses (an asymmetric dip, a chord across a gap); the error uses the larger.
 //
 // Red noise. Noise correlated over a few neighbouring points moves the time more than its size
-// says. The differences d_i at the time found, per branch and in time order, give a
-// Bartlett-weighted long-run variance over K = 1.5 P^(1/3) lags, divided by the one white noise
-// of sigma would give through the same interpolation weights; the error is multiplied by the
-// square root, at least 1 (redNoiseFactor).
+// says. The differences d_i at the time found, per branch, in time order and not centred (an
+// offset between the branches is the slowest part of the noise), give the long-run
+// variance of the autoregression fitted to their autocovariances (Yule-Walker, order by the
+// AIC; var(innovations) / (1 - sum a)^2), which reaches correlations over more points than a
+// lag window over so short a series can; it is divided by the one white noise of sigma would
+// give through the same interpolation weights, and the error is multiplied by the square root,
+// at least 1 (redNoiseFactor).
+//
+// Pairs. Fewer than minimumDeegPairs points reflected at the time found (a minimum near an end
+// of the range, or in a gap): no time is given. A handful of differences then decide the time,
+// and neither their noise nor its correlation can be measured on them.
 //
 // Fold step. The outer folds start half a median spacing of the observations out. Where the
 // noise is large for the sampling, S is jagged on that scale, its short-span curvature is the
@@ -70,6 +77,9 @@ struct DeegKweeParams {
     int maxIterations = 100; // walking and re-centring steps of the folds
 };
 
+// The fewest points reflected onto the other branch that a time and its error are given from.
+constexpr int minimumDeegPairs = 8;
+
 enum class DeegKweeStatus {
     Ok,
     BadRange,     // first / last outside 1..count, or fewer than 7 points between them
@@ -78,6 +88,7 @@ enum class DeegKweeStatus {
     NoSpread,     // all times of the range equal
     NoMinimum,    // no dip: the folds walked off the range, or the curve is not fainter there than about
     NotConverged, // the vertex kept moving; time and error are of the last fit
+    TooFewPairs,  // fewer than minimumDeegPairs points reflected at the time found
 };
 
 struct DeegKweeResult {
