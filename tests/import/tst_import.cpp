@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
+#include "ImportErrorOf.h"
+
 #include "import/AavsoReader.h"
 #include "import/AstroImageJReader.h"
 #include "import/Import.h"
@@ -36,17 +38,6 @@ QStringList fileLines(const QString& path)
 }
 
 bool sortedByTime(const LightCurve& c) { return std::is_sorted(c.times.begin(), c.times.end()); }
-
-// The error an import raises, or an empty one with line -1 when it raised none.
-ImportError errorOf(const std::function<void()>& run)
-{
-    try {
-        run();
-    } catch (const ImportError& e) {
-        return e;
-    }
-    return ImportError(QString(), -1, QString());
-}
 
 } // namespace
 
@@ -168,10 +159,10 @@ void ImportTest::detectionOfUnreadable()
     test::DataFolder folder;
     QCOMPARE(detectFormat(folder.write(QStringLiteral("empty.txt"), QByteArray())), FileFormat::Csv);
     const QString missing = folder.path() + QStringLiteral("/missing.txt");
-    const ImportError e = errorOf([&] { detectFormat(missing); });
+    const ImportError e = test::importErrorOf([&] { detectFormat(missing); });
     QCOMPARE(e.file(), missing);
     QVERIFY(e.message().startsWith(QLatin1String("cannot be read")));
-    QVERIFY(errorOf([&] { detectFormat(folder.path()); }).message().contains(QLatin1String("folder")));
+    QVERIFY(test::importErrorOf([&] { detectFormat(folder.path()); }).message().contains(QLatin1String("folder")));
 }
 
 void ImportTest::aavsoTwoFilters()
@@ -230,7 +221,7 @@ void ImportTest::aavsoFilterChoice()
     QVERIFY(sortedByTime(curve));
     ImportOptions r;
     r.filter = QStringLiteral("R");
-    const ImportError e = errorOf([&] { selectRows(rows, r); });
+    const ImportError e = test::importErrorOf([&] { selectRows(rows, r); });
     QCOMPARE(e.line(), 0);
     QCOMPARE(e.message(), QStringLiteral("no observation in filter \"R\"; the file has V (48), B (24)"));
 }
@@ -270,7 +261,7 @@ void ImportTest::aavsoErrors()
     QFETCH(QString, file);
     QFETCH(int, line);
     QFETCH(QString, message);
-    const ImportError e = errorOf([&] { importLightCurve(data(file)); });
+    const ImportError e = test::importErrorOf([&] { importLightCurve(data(file)); });
     QCOMPARE(e.file(), data(file));
     QCOMPARE(e.message(), message);
     QCOMPARE(e.line(), line);
@@ -302,7 +293,7 @@ void ImportTest::aavsoDelimiters()
     QCOMPARE(c.observerCode, QStringLiteral("ABC"));
     // A delimiter of two characters is refused at its line.
     const QString bad = folder.write(QStringLiteral("bad.txt"), "#TYPE=EXTENDED\n#DELIM=;;\n#DATE=JD\n");
-    const ImportError e = errorOf([&] { importLightCurve(bad); });
+    const ImportError e = test::importErrorOf([&] { importLightCurve(bad); });
     QCOMPARE(e.line(), 2);
     QVERIFY(e.message().startsWith(QLatin1String("#DELIM=;;")));
 }
@@ -365,7 +356,7 @@ void ImportTest::aijChosenColumn()
     QCOMPARE(int(c.times.size()), 60);         // the NaN of rel_flux_T1 does not matter now
     QVERIFY(std::fabs(c.mags.front()) < 0.02); // a comparison star near 1.0
     o.column = QStringLiteral("nope");
-    const ImportError e = errorOf([&] { importLightCurve(data(QStringLiteral("aij-flux.xls")), o); });
+    const ImportError e = test::importErrorOf([&] { importLightCurve(data(QStringLiteral("aij-flux.xls")), o); });
     QCOMPARE(e.line(), 1);
     QCOMPARE(e.message(), QStringLiteral("no column \"nope\" in the header"));
 }
@@ -386,7 +377,7 @@ void ImportTest::aijErrors()
     QFETCH(QString, file);
     QFETCH(int, line);
     QFETCH(QString, message);
-    const ImportError e = errorOf([&] { importLightCurve(data(file)); });
+    const ImportError e = test::importErrorOf([&] { importLightCurve(data(file)); });
     QCOMPARE(e.message(), message);
     QCOMPARE(e.line(), line);
     QCOMPARE(e.text(), QStringLiteral("%1, line %2: %3").arg(data(file)).arg(line).arg(message));
@@ -394,7 +385,7 @@ void ImportTest::aijErrors()
 
 void ImportTest::ownFormatIsNotAnImportersToRead()
 {
-    const ImportError e = errorOf([&] { importLightCurve(data(QStringLiteral("own-format.csv"))); });
+    const ImportError e = test::importErrorOf([&] { importLightCurve(data(QStringLiteral("own-format.csv"))); });
     QVERIFY2(e.message().contains(QLatin1String("program's own format")), qPrintable(e.message()));
 }
 
@@ -404,7 +395,7 @@ void ImportTest::limitAndWindow()
     const ImportedRows rows = readRows(path, detectFormat(path));
     QCOMPARE(int(rows.curve.times.size()), 1500);
     // Without a window: refused, with the count and the span.
-    const ImportError e = errorOf([&] { selectRows(rows, {}); });
+    const ImportError e = test::importErrorOf([&] { selectRows(rows, {}); });
     QCOMPARE(e.line(), 0);
     QVERIFY2(e.message().startsWith(QLatin1String("1500 observations from 2459123.")), qPrintable(e.message()));
     QVERIFY(e.message().endsWith(QLatin1String("at most 1000 can be loaded: choose a time window")));
@@ -425,7 +416,7 @@ void ImportTest::limitAndWindow()
     o.window = TimeWindow{t0, t1};
     QCOMPARE(int(selectRows(rows, o).times.size()), 1000); // exactly the limit loads
     o.window = TimeWindow{t0, rows.curve.times[1100]};
-    QVERIFY(errorOf([&] { selectRows(rows, o); }).message().startsWith(QLatin1String("1001 observations")));
+    QVERIFY(test::importErrorOf([&] { selectRows(rows, o); }).message().startsWith(QLatin1String("1001 observations")));
 }
 
 void ImportTest::windowErrors()
@@ -434,12 +425,13 @@ void ImportTest::windowErrors()
     const ImportedRows rows = readRows(path, detectFormat(path));
     ImportOptions o;
     o.window = TimeWindow{2459200.0, 2459201.0};
-    const ImportError empty = errorOf([&] { selectRows(rows, o); });
+    const ImportError empty = test::importErrorOf([&] { selectRows(rows, o); });
     QVERIFY2(empty.message().startsWith(QLatin1String("no observation between 2459200.00000 and 2459201.00000; the 40 "
                                                       "observations run from 2459123.")),
              qPrintable(empty.message()));
     o.window = TimeWindow{2459124.0, 2459123.0};
-    QVERIFY(errorOf([&] { selectRows(rows, o); }).message().contains(QLatin1String("ends before it begins")));
+    QVERIFY(
+        test::importErrorOf([&] { selectRows(rows, o); }).message().contains(QLatin1String("ends before it begins")));
 }
 
 void ImportTest::filterOfAFileWithoutFilters()
@@ -447,7 +439,8 @@ void ImportTest::filterOfAFileWithoutFilters()
     const QString path = data(QStringLiteral("aij-mag.xls"));
     ImportOptions o;
     o.filter = QStringLiteral("V");
-    QVERIFY(errorOf([&] { importLightCurve(path, o); }).message().contains(QLatin1String("names no filter")));
+    QVERIFY(
+        test::importErrorOf([&] { importLightCurve(path, o); }).message().contains(QLatin1String("names no filter")));
     const ImportedRows tg = readRows(data(QStringLiteral("aavso-tab-bjd.txt")), FileFormat::AavsoExtended);
     o.filter = QStringLiteral("tg");
     QCOMPARE(int(selectRows(tg, o).times.size()), 30);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 #include "FitsWriter.h"
+#include "ImportErrorOf.h"
 
 #include "import/AavsoReader.h"
 #include "import/FitsReader.h"
@@ -41,16 +42,6 @@ std::vector<FitsRow> tessRows()
     rows[12].time = std::nan(""); // no time
     rows[20].pdcsap = -5.0f;      // not positive
     return rows;
-}
-
-ImportError errorOf(const std::function<void()>& run)
-{
-    try {
-        run();
-    } catch (const ImportError& e) {
-        return e;
-    }
-    return ImportError(QString(), -1, QString());
 }
 
 } // namespace
@@ -135,7 +126,7 @@ void ImportFitsTest::chosenColumn()
     QVERIFY(test::writeLightCurveFits(path, tessRows()));
     const ImportedRows rows = readFitsLightCurve(path, QStringLiteral("SAP_FLUX"));
     QCOMPARE(int(rows.curve.times.size()), 37); // flagged and the NaN time out; SAP has no NaN
-    const ImportError e = errorOf([&] { readFitsLightCurve(path, QStringLiteral("KSPSAP_FLUX")); });
+    const ImportError e = test::importErrorOf([&] { readFitsLightCurve(path, QStringLiteral("KSPSAP_FLUX")); });
     QCOMPARE(e.message(), QStringLiteral("table 2 has no column KSPSAP_FLUX"));
 }
 
@@ -187,7 +178,7 @@ void ImportFitsTest::errors()
     for (const Case& k : cases) {
         const QString path = m_folder.path() + QStringLiteral("/%1.fits").arg(QLatin1String(k.name));
         QVERIFY(test::writeLightCurveFits(path, tessRows(), k.layout));
-        const ImportError e = errorOf([&] { importLightCurve(path); });
+        const ImportError e = test::importErrorOf([&] { importLightCurve(path); });
         QCOMPARE(e.message(), k.message);
         QCOMPARE(e.file(), path);
         QCOMPARE(e.line(), 0);
@@ -198,7 +189,7 @@ void ImportFitsTest::errors()
         r.quality = 4;
     const QString path = m_folder.path() + QStringLiteral("/flagged.fits");
     QVERIFY(test::writeLightCurveFits(path, flagged));
-    QCOMPARE(errorOf([&] { importLightCurve(path); }).message(),
+    QCOMPARE(test::importErrorOf([&] { importLightCurve(path); }).message(),
              QStringLiteral("table 2 holds no usable row: 40 rows flagged by QUALITY left out"));
 }
 
@@ -207,7 +198,7 @@ void ImportFitsTest::notFits()
     const QString path =
         m_folder.write(QStringLiteral("fake.fits"), QByteArray("SIMPLE  = garbage that is no FITS header"));
     QCOMPARE(detectFormat(path), FileFormat::Fits);
-    const ImportError e = errorOf([&] { importLightCurve(path); });
+    const ImportError e = test::importErrorOf([&] { importLightCurve(path); });
     QVERIFY2(e.message().startsWith(QLatin1String("cannot be read as FITS")), qPrintable(e.message()));
 }
 
