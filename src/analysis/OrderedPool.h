@@ -38,6 +38,14 @@ void runOrdered(std::size_t count, int threads, const std::function<Result(std::
     std::size_t delivered = 0; // items handed to deliver
     bool stop = false;
     std::exception_ptr failure;
+    // The first failure, of a worker or of deliver, stops everything; it is thrown at the end.
+    auto fail = [&] {
+        std::lock_guard<std::mutex> lock(mutex);
+        if (!failure)
+            failure = std::current_exception();
+        stop = true;
+        changed.notify_all();
+    };
 
     auto worker = [&] {
         for (;;) {
@@ -53,11 +61,7 @@ void runOrdered(std::size_t count, int threads, const std::function<Result(std::
             try {
                 r.emplace(work(i));
             } catch (...) {
-                std::lock_guard<std::mutex> lock(mutex);
-                if (!failure)
-                    failure = std::current_exception();
-                stop = true;
-                changed.notify_all();
+                fail();
                 return;
             }
             std::lock_guard<std::mutex> lock(mutex);
@@ -84,11 +88,7 @@ void runOrdered(std::size_t count, int threads, const std::function<Result(std::
         try {
             deliver(i, std::move(r));
         } catch (...) {
-            std::lock_guard<std::mutex> lock(mutex);
-            if (!failure)
-                failure = std::current_exception();
-            stop = true;
-            changed.notify_all();
+            fail();
             break;
         }
     }

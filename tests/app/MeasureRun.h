@@ -2,7 +2,7 @@
 // Copyright (c) the Dipscope developers
 #pragma once
 
-// Runs the console tool in process and gives its exit code and both outputs.
+// Runs a console tool in process and gives its exit code and both outputs.
 
 #include "app/Measure.h"
 
@@ -33,16 +33,21 @@ inline QString readAll(std::FILE* f)
     return QString::fromUtf8(bytes);
 }
 
-inline Run measure(const QStringList& arguments)
+// A tool's entry as its main calls it: the arguments, standard output and standard error.
+using ToolEntry = int (*)(const QStringList& arguments, std::FILE* out, std::FILE* err);
+
+inline Run runTool(ToolEntry tool, const QStringList& arguments)
 {
     std::FILE* out = std::tmpfile();
     std::FILE* err = std::tmpfile();
     Run r;
-    r.code = RunMeasure(arguments, out, err);
+    r.code = tool(arguments, out, err);
     r.out = readAll(out);
     r.err = readAll(err);
     return r;
 }
+
+inline Run measure(const QStringList& arguments) { return runTool(RunMeasure, arguments); }
 
 // The sample light curve the README drives (true minimum 0.51234).
 inline QString example()

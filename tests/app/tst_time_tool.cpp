@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
+#include "MeasureRun.h"
+
 #include "app/TimeTool.h"
 
 #include <QRegularExpression>
@@ -11,34 +13,7 @@ using namespace dip;
 
 namespace {
 
-struct ToolRun {
-    int code = 0;
-    QString out;
-    QString err;
-};
-
-QString readAll(std::FILE* f)
-{
-    std::rewind(f);
-    QByteArray bytes;
-    char buffer[4096];
-    std::size_t n = 0;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
-        bytes.append(buffer, static_cast<int>(n));
-    std::fclose(f);
-    return QString::fromUtf8(bytes);
-}
-
-ToolRun runTool(const QStringList& arguments)
-{
-    std::FILE* out = std::tmpfile();
-    std::FILE* err = std::tmpfile();
-    ToolRun r;
-    r.code = RunTimeTool(arguments, out, err);
-    r.out = readAll(out);
-    r.err = readAll(err);
-    return r;
-}
+test::Run runTool(const QStringList& arguments) { return test::runTool(RunTimeTool, arguments); }
 
 QStringList split(const QString& s) { return s.split(QLatin1Char(' '), Qt::SkipEmptyParts); }
 
@@ -89,7 +64,7 @@ void TimeToolTest::badCommandLines()
 {
     QFETCH(QString, arguments);
     QFETCH(QString, words);
-    const ToolRun r = runTool(split(arguments));
+    const test::Run r = runTool(split(arguments));
     QCOMPARE(r.code, 64);
     QVERIFY(r.out.isEmpty());
     QVERIFY2(r.err.startsWith(QStringLiteral("dipscope-time: ") + words), qPrintable(r.err));
@@ -98,7 +73,7 @@ void TimeToolTest::badCommandLines()
 
 void TimeToolTest::help()
 {
-    const ToolRun r = runTool({QStringLiteral("--help")});
+    const test::Run r = runTool({QStringLiteral("--help")});
     QCOMPARE(r.code, 0);
     QVERIFY(r.out.startsWith(QLatin1String("usage: dipscope-time")));
     QVERIFY(r.err.isEmpty());
@@ -106,7 +81,7 @@ void TimeToolTest::help()
 
 void TimeToolTest::tenDecimalsALine()
 {
-    const ToolRun r =
+    const test::Run r =
         runTool(split("--from jd --to bjd --ra 16:34:20.33 --dec +57:09:44.3 2458738.66 2459123.51234 2460000"));
     QCOMPARE(r.code, 0);
     QVERIFY(r.err.isEmpty());
@@ -139,7 +114,7 @@ void TimeToolTest::referenceValues()
 {
     QFETCH(QString, arguments);
     QFETCH(QString, line);
-    const ToolRun r = runTool(split(arguments));
+    const test::Run r = runTool(split(arguments));
     QCOMPARE(r.code, 0);
     QCOMPARE(r.out, line + QLatin1Char('\n'));
 }
@@ -147,30 +122,30 @@ void TimeToolTest::referenceValues()
 void TimeToolTest::roundTripThroughTheTool()
 {
     const QString star = QStringLiteral("--ra 05:23:34.5 --dec -69:45:22 ");
-    const ToolRun there = runTool(split(star + "--from hjd --to bjd 2451179.5003472222 2457754.4999942130"));
+    const test::Run there = runTool(split(star + "--from hjd --to bjd 2451179.5003472222 2457754.4999942130"));
     QCOMPARE(there.code, 0);
-    const ToolRun back = runTool(split(star + "--from bjd --to hjd " + there.out.simplified()));
+    const test::Run back = runTool(split(star + "--from bjd --to hjd " + there.out.simplified()));
     QCOMPARE(back.code, 0);
     QCOMPARE(back.out, QStringLiteral("2451179.5003472222\n2457754.4999942130\n"));
 }
 
 void TimeToolTest::siteAndInlineValues()
 {
-    const ToolRun spaced =
+    const test::Run spaced =
         runTool(split("--from jd --to bjd --ra 80.89375 --dec -69.756111 --site -29.257,-70.738,2400 "
                       "2453736.0"));
-    const ToolRun inlined = runTool(
+    const test::Run inlined = runTool(
         split("--from=jd --to=bjd --ra=80.89375 --dec=-69.756111 --site=-29:15:25.2,-70:44:16.8,2400m 2453736.0"));
     QCOMPARE(spaced.code, 0);
     QCOMPARE(inlined.code, 0);
     QCOMPARE(inlined.out, spaced.out);
-    const ToolRun centre = runTool(split("--from jd --to bjd --ra 80.89375 --dec -69.756111 2453736.0"));
+    const test::Run centre = runTool(split("--from jd --to bjd --ra 80.89375 --dec -69.756111 2453736.0"));
     QVERIFY(centre.out != spaced.out);
 }
 
 void TimeToolTest::fiveDigitTimeRefused()
 {
-    const ToolRun r = runTool(split("--from jd --to bjd --ra 10 --dec 20 2459123.5 59123.5"));
+    const test::Run r = runTool(split("--from jd --to bjd --ra 10 --dec 20 2459123.5 59123.5"));
     QCOMPARE(r.code, 1);
     QVERIFY(r.out.isEmpty()); // all the lines or none
     QVERIFY2(r.err.contains(QLatin1String("59123.50000 is not a full Julian date")), qPrintable(r.err));
@@ -178,7 +153,7 @@ void TimeToolTest::fiveDigitTimeRefused()
 
 void TimeToolTest::warningBeyondKnownLeapSeconds()
 {
-    const ToolRun r = runTool(split("--from jd --to bjd --ra 10 --dec 20 2470000.5"));
+    const test::Run r = runTool(split("--from jd --to bjd --ra 10 --dec 20 2470000.5"));
     QCOMPARE(r.code, 0);
     QVERIFY(!r.out.isEmpty());
     QVERIFY2(r.err.startsWith(QLatin1String("dipscope-time: warning: ")), qPrintable(r.err));

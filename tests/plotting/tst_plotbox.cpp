@@ -10,16 +10,7 @@
 
 using namespace dip;
 
-namespace {
-
 using LineRecorder = test::CanvasRecorder;
-
-bool overlap(const LineRecorder::Text& a, const LineRecorder::Text& b)
-{
-    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
-}
-
-} // namespace
 
 class PlotBoxTest : public QObject {
     Q_OBJECT
@@ -336,7 +327,7 @@ void PlotBoxTest::axesTextsBesideThePlot()
     QVERIFY(magNumbers >= 2);
     for (int i = 0; i < rec.texts.size(); ++i)
         for (int j = i + 1; j < rec.texts.size(); ++j)
-            QVERIFY2(!overlap(rec.texts[i], rec.texts[j]), qPrintable(rec.texts[i].text + " / " + rec.texts[j].text));
+            QVERIFY2(!rec.texts[i].overlaps(rec.texts[j]), qPrintable(rec.texts[i].text + " / " + rec.texts[j].text));
 }
 
 void PlotBoxTest::flatCurveHasNoMagnitudeNumbers()

@@ -9,16 +9,7 @@
 
 using namespace dip;
 
-namespace {
-
 using Recorder = test::CanvasRecorder;
-
-bool overlap(const Recorder::Text& a, const Recorder::Text& b)
-{
-    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
-}
-
-} // namespace
 
 // The time axis named with the whole days set apart, laid out as every axis text is: on the
 // form, beside the plot, clear of the numbers.
@@ -76,7 +67,7 @@ void TimeAxisNameTest::nameWithOffset()
     QVERIFY(timeNumbers >= 3);
     for (int i = 0; i < rec.texts.size(); ++i)
         for (int j = i + 1; j < rec.texts.size(); ++j)
-            QVERIFY2(!overlap(rec.texts[i], rec.texts[j]), qPrintable(rec.texts[i].text + " / " + rec.texts[j].text));
+            QVERIFY2(!rec.texts[i].overlaps(rec.texts[j]), qPrintable(rec.texts[i].text + " / " + rec.texts[j].text));
 }
 
 QTEST_GUILESS_MAIN(TimeAxisNameTest)

@@ -38,6 +38,11 @@ public:
         QString text;
         double left, top, right, bottom; // the area it covers
         bool up;                         // reads upwards
+
+        bool overlaps(const Text& other) const
+        {
+            return left < other.right && other.left < right && top < other.bottom && other.top < bottom;
+        }
     };
 
     enum class Op { Line, LineTo, PSet, Circle };
