@@ -170,7 +170,6 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
             setup.foldCentre.reset();
             setup.model = fourierModel(fitted);
             setup.modelParameters = 8;
-            again.fourierStart = fitted.fourierParameters;
         }
 
         const MethodEntry& method = MethodOfRow(row);

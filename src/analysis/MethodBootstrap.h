@@ -14,9 +14,9 @@
 //                   of the points folded about the method's time
 //   4 Kwee          the picked range; the local smoother of the points folded about the time
 //   5 Fourier       the picked range; the fitted cosine series (8 parameters). Every resample's
-//                   fit starts from the fitted parameters instead of the user's start values: the
-//                   damped steps then end within a few calls, and the spread measured is the one
-//                   of the fit about its answer, not of the path from a distant start
+//                   fit starts from the user's start values, as the fit on the curve did: where
+//                   a fit stops depends on the path its damped steps take from there, and that
+//                   part of the spread is the user's too
 //   6 sliding       the stretch about the deepest point the method chooses on the curve itself;
 //                   the local smoother of the points folded about the time. Each resample
 //                   chooses its own stretch again, as the method does

@@ -3,6 +3,7 @@
 #include "analysis/PublishedBootstrap.h"
 
 #include "analysis/Toolkit.h"
+#include "methods/fourier/FourierFit.h"
 #include "session/MainForm.h"
 #include "session/Session.h"
 
@@ -30,13 +31,17 @@ MethodRequest PublishedRequest(int row)
         r.kweeStep = s.KweeStepUsed;
         r.kweeFraction = s.KweeFractionUsed;
         break;
-    case 5:
+    case 5: {
         r.first = s.Fourier.Range.LeftIdx;
         r.last = s.Fourier.Range.RightIdx;
-        // The fitted parameters: a fit started there ends where the window's fit ended.
+        // The values the published fit started from: the window keeps them for its Undo, while
+        // its boxes show the fitted ones.
+        rt::Array<double, 0, 8> start;
+        fourierParFromSolver(s.Fourier.FitAUndo, start);
         for (int k = 1; k <= 8; ++k)
-            r.fourierStart[std::size_t(k)] = s.Fourier.FourierPar(k);
+            r.fourierStart[std::size_t(k)] = start(k);
         break;
+    }
     default: break;
     }
     return r;

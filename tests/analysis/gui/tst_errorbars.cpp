@@ -157,6 +157,31 @@ private Q_SLOTS:
         QVERIFY(!w.cancelButton()->isEnabled());
     }
 
+    // The Fourier row is repeated from the values its fit started from, not from the fitted
+    // ones its boxes show: the same request gives the published time to the last digit.
+    void theFourierRowStartsWhereThePublishedFitStarted()
+    {
+        QFile file(qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/examples/single-minimum.csv"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(test::loadText(file.readAll()));
+        ReplayRequest fourier;
+        fourier.clicks = {0.43, 0.595};
+        fourier.fourierStart = QStringList{QStringLiteral("0.512"), QStringLiteral("2.03"), QStringLiteral("25"),
+                                           QStringLiteral("0.4"),   QStringLiteral("0.2"),  QStringLiteral("0.1"),
+                                           QStringLiteral("0.05"),  QStringLiteral("0.02")};
+        QVERIFY(ReplayMethod(5, fourier).published);
+
+        const MethodRequest request = PublishedRequest(5);
+        const double typed[9] = {0, 0.512, 2.03, 25, 0.4, 0.2, 0.1, 0.05, 0.02};
+        for (int k = 1; k <= 8; ++k)
+            QCOMPARE(request.fourierStart[std::size_t(k)], typed[k]);
+        QVERIFY(S().Fourier.FourierPar(1) != 0.512);
+        const MethodResult again = MethodOfRow(5).compute(SessionCurve(), request);
+        QVERIFY(again.ok);
+        QCOMPARE(again.time, S().Results(5).methodTime);
+        QCOMPARE(again.error, S().Results(5).error);
+    }
+
     void cancelStopsTheRunAndTheEventLoopTurnsMeanwhile()
     {
         publishThreeMethods();
