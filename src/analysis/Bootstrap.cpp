@@ -4,6 +4,7 @@
 
 #include "analysis/LocalSmoother.h"
 #include "analysis/ReplicateRandom.h"
+#include "methods/kwee/Persistence.h"
 #include "runtime/RuntimeError.h"
 
 #include <algorithm>
@@ -194,7 +195,17 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     const std::size_t count = e.size();
     p->noiseRms = std::sqrt(s0 / double(count));
     const int maxOrder = std::min(int(std::lround(10 * std::log10(double(count)))), int(count) / 5);
-    const std::vector<double> a = fitAutoregression(e, maxOrder);
+    std::vector<double> a = fitAutoregression(e, maxOrder);
+    // The fitted persistence is too small on a short series (Persistence.h): the coefficients
+    // are scaled to the persistence with its bias added back, so the replicates' noise has the
+    // long-run variance the noise has, not the one a few dozen differences suggest.
+    double fitted = 0;
+    for (const double x : a)
+        fitted += x;
+    const double persistence = unbiasedPersistence(fitted, count);
+    if (fitted > 0)
+        for (double& x : a)
+            x *= persistence / fitted;
     const std::size_t q = a.size();
     std::vector<double> innovations;
     double mu = 0;

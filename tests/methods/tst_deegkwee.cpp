@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 
 #include "methods/kwee/DeegKwee.h"
+#include "methods/kwee/Persistence.h"
 #include "session/Session.h"
 #include "support/SimulatedEclipse.h"
 #include "support/TestSupport.h"
@@ -236,6 +237,27 @@ private Q_SLOTS:
         params.noise = 0.03;
         const DeegKweeResult r3 = run(p, params);
         DIP_COMPARE_REL(r3.error, 3 * r.error, 0.03);
+    }
+
+    // The persistence of an autoregression fitted to n values gets (1 + 3 rho) / n back, up to
+    // 0.98; noise that alternates is left as fitted.
+    void persistenceGetsItsBiasBack_data()
+    {
+        QTest::addColumn<double>("fitted");
+        QTest::addColumn<int>("n");
+        QTest::addColumn<double>("expected");
+        QTest::newRow("0.5 on 50") << 0.5 << 50 << 0.55;
+        QTest::newRow("0.8 on 340") << 0.8 << 340 << 0.81;
+        QTest::newRow("0.9 on 20: at most 0.98") << 0.9 << 20 << maximumPersistence;
+        QTest::newRow("0 stays") << 0.0 << 30 << 0.0;
+        QTest::newRow("-0.3 stays") << -0.3 << 30 << -0.3;
+    }
+    void persistenceGetsItsBiasBack()
+    {
+        QFETCH(double, fitted);
+        QFETCH(int, n);
+        QFETCH(double, expected);
+        QCOMPARE(unbiasedPersistence(fitted, std::size_t(n)), expected);
     }
 
     // The measured noise of white noise on a dip.

@@ -2,6 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "methods/kwee/DeegKwee.h"
 
+#include "methods/kwee/Persistence.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -33,7 +35,8 @@ double interpolate(const std::vector<double>& t, const std::vector<double>& m, d
 // have mean zero, and an offset between the branches is the slowest part of the noise, the one
 // that moves the time most), the long-run variance V of the observed d is
 // that of the autoregression their autocovariances give (Yule-Walker, order by the AIC:
-// V = var(innovations) / (1 - sum a)^2, Berk 1974), and it is compared with the one their
+// V = var(innovations) / (1 - sum a)^2, Berk 1974, with sum a freed of its small-sample bias:
+// unbiasedPersistence), and it is compared with the one their
 // covariances under white noise of sigma give (a d holds its point and its partner's two
 // interpolation neighbours, so neighbouring d share noise even when the noise is white); the
 // factor is sqrt(V_observed / V_white), at least 1. Comparing variances, not correlations, also
@@ -143,7 +146,8 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
             double sumA = 0;
             for (double x : a)
                 sumA += x;
-            longRun = v / ((1 - sumA) * (1 - sumA));
+            const double persistence = unbiasedPersistence(sumA, std::size_t(P));
+            longRun = v / ((1 - persistence) * (1 - persistence));
         }
     }
     const double observed = longRun * P;
