@@ -26,13 +26,19 @@ using namespace dip;
 
 namespace {
 
-// The example light curve, timed by the parabola, Kwee and van Woerden and the sliding
-// integrations, and "Calc. Means" pressed.
-void publishThreeMethods()
+// The example light curve, loaded.
+void loadTheExample()
 {
     QFile file(qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/examples/single-minimum.csv"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(test::loadText(file.readAll()));
+}
+
+// The example light curve, timed by the parabola, Kwee and van Woerden and the sliding
+// integrations, and "Calc. Means" pressed.
+void publishThreeMethods()
+{
+    loadTheExample();
     ReplayRequest parabola;
     parabola.clicks = {0.49, 0.535};
     QVERIFY(ReplayMethod(1, parabola).published);
@@ -161,9 +167,7 @@ private Q_SLOTS:
     // ones its boxes show: the same request gives the published time to the last digit.
     void theFourierRowStartsWhereThePublishedFitStarted()
     {
-        QFile file(qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/examples/single-minimum.csv"));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QVERIFY(test::loadText(file.readAll()));
+        loadTheExample();
         ReplayRequest fourier;
         fourier.clicks = {0.43, 0.595};
         fourier.fourierStart = QStringList{QStringLiteral("0.512"), QStringLiteral("2.03"), QStringLiteral("25"),
