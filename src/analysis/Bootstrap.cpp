@@ -4,7 +4,7 @@
 
 #include "analysis/LocalSmoother.h"
 #include "analysis/ReplicateRandom.h"
-#include "methods/kwee/Persistence.h"
+#include "methods/kwee/Autoregression.h"
 #include "runtime/RuntimeError.h"
 
 #include <algorithm>
@@ -63,8 +63,7 @@ std::vector<double> fitAutoregression(const std::vector<double>& e, int maxOrder
     v /= double(n);
     if (!(v > 0))
         return {};
-    double bestCriterion = double(n) * std::log(v);
-    std::vector<double> a, best;
+    AutoregressionByOrder ar(v, n);
     for (int p = 1; p <= maxOrder && std::size_t(p) < n; ++p) {
         double num = 0, den = 0;
         for (std::size_t t = std::size_t(p); t < n; ++t) {
@@ -79,21 +78,10 @@ std::vector<double> fitAutoregression(const std::vector<double>& e, int maxOrder
             f[t] = ft - k * b[t - 1];
             b[t] = b[t - 1] - k * ft;
         }
-        std::vector<double> next(std::size_t(p), 0.0);
-        for (int j = 1; j < p; ++j)
-            next[std::size_t(j - 1)] = a[std::size_t(j - 1)] - k * a[std::size_t(p - j - 1)];
-        next[std::size_t(p - 1)] = k;
-        a = next;
-        v *= 1 - k * k;
-        if (!(v > 0))
+        if (!ar.extend(k))
             break;
-        const double criterion = double(n) * std::log(v) + 2.0 * double(p);
-        if (criterion < bestCriterion) {
-            bestCriterion = criterion;
-            best = a;
-        }
     }
-    return best;
+    return ar.best();
 }
 
 // The noise of all the used points, measured without any model of the dip: each point of a
@@ -196,12 +184,10 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     p->noiseRms = std::sqrt(s0 / double(count));
     const int maxOrder = std::min(int(std::lround(10 * std::log10(double(count)))), int(count) / 5);
     std::vector<double> a = fitAutoregression(e, maxOrder);
-    // The fitted persistence is too small on a short series (Persistence.h): the coefficients
-    // are scaled to the persistence with its bias added back, so the replicates' noise has the
-    // long-run variance the noise has, not the one a few dozen differences suggest.
-    double fitted = 0;
-    for (const double x : a)
-        fitted += x;
+    // The fitted persistence is too small on a short series (Autoregression.h): the
+    // coefficients are scaled to the persistence with its bias added back, so the replicates'
+    // noise has the long-run variance the noise has, not the one a few dozen differences suggest.
+    const double fitted = persistenceOf(a);
     const double persistence = unbiasedPersistence(fitted, count);
     if (fitted > 0)
         for (double& x : a)
@@ -224,9 +210,7 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     // What moves a time of minimum is the slow part of the noise: the source with the larger
     // long-run variance is resampled. The autoregression's is var(innovations) / (1 - sum a)^2;
     // the range's residuals', in blocks, is taken as of an AR(1) with their lag-1 correlation.
-    double sumA = 0;
-    for (double x : a)
-        sumA += x;
+    const double sumA = persistenceOf(a);
     double innovationVariance = 0;
     for (double v : innovations)
         innovationVariance += v * v;

@@ -23,7 +23,7 @@
 // between each point of one branch and the other branch reflected about the centre (read by
 // quadratic interpolation), where the dip's symmetry cancels the light curve and leaves the
 // noise. An autoregression is fitted to them (Burg's method, order by the AIC, its coefficients
-// scaled to the persistence freed of its small-sample bias: Persistence.h), and where its
+// scaled to the persistence freed of its small-sample bias: Autoregression.h), and where its
 // long-run variance (the slow part of the noise, which is what moves a time) is larger than
 // the range's residuals' (taken as of an AR(1) with their lag-1 correlation), a replicate's
 // residuals are that autoregression run on innovations drawn with replacement (the sieve

@@ -2,7 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "methods/kwee/DeegKwee.h"
 
-#include "methods/kwee/Persistence.h"
+#include "methods/kwee/Autoregression.h"
 
 #include <algorithm>
 #include <cmath>
@@ -123,33 +123,17 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
     }
     if (!(g[0] > 0))
         return 1;
-    double v = g[0];
-    double longRun = g[0];
-    double best = double(P) * std::log(v);
-    std::vector<double> a;
+    AutoregressionByOrder ar(g[0], std::size_t(P));
     for (int p = 1; p <= maxOrder; ++p) {
+        const std::vector<double>& a = ar.coefficients();
         double acc = g[std::size_t(p)];
         for (int j = 1; j < p; ++j)
             acc -= a[std::size_t(j - 1)] * g[std::size_t(p - j)];
-        const double k = acc / v;
-        std::vector<double> next(std::size_t(p), 0.0);
-        for (int j = 1; j < p; ++j)
-            next[std::size_t(j - 1)] = a[std::size_t(j - 1)] - k * a[std::size_t(p - j - 1)];
-        next[std::size_t(p - 1)] = k;
-        a = next;
-        v *= 1 - k * k;
-        if (!(v > 0))
+        if (!ar.extend(acc / ar.innovationVariance()))
             break;
-        const double criterion = double(P) * std::log(v) + 2.0 * p;
-        if (criterion < best) {
-            best = criterion;
-            double sumA = 0;
-            for (double x : a)
-                sumA += x;
-            const double persistence = unbiasedPersistence(sumA, std::size_t(P));
-            longRun = v / ((1 - persistence) * (1 - persistence));
-        }
     }
+    const double persistence = unbiasedPersistence(persistenceOf(ar.best()), std::size_t(P));
+    const double longRun = ar.bestInnovationVariance() / ((1 - persistence) * (1 - persistence));
     const double observed = longRun * P;
     const double expected = sigma * sigma * (w0 + 2 * wSum);
     if (!(observed > 0) || !(expected > 0))
