@@ -2,7 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/BatchMethods.h"
 
-#include "analysis/BatchBootstrap.h"
+#include "analysis/MethodBootstrap.h"
 
 #include <cmath>
 
@@ -20,14 +20,14 @@ std::uint64_t bootstrapSeed(double cycle) { return 1 + static_cast<std::uint64_t
 
 } // namespace
 
-bool isBatchMethod(int method) { return method == 1 || (method >= 3 && method <= 6); }
+bool isBatchMethod(int method) { return method == ParabolaRow || (method >= ChordsRow && method <= SlidingRow); }
 
 std::optional<BatchMethodCall> batchMethodCall(const BatchWindow& window, int method)
 {
     if (!isBatchMethod(method))
         return std::nullopt;
-    const BatchWindow w = method == 4   ? window.central(kweePoints)
-                          : method == 6 ? window.central(slidingPoints)
+    const BatchWindow w = method == KweeRow ? window.central(kweePoints)
+                          : method == SlidingRow ? window.central(slidingPoints)
                                         : window;
     BatchMethodCall call;
     call.curve = CurveData::from(w.t, w.m);
@@ -35,7 +35,7 @@ std::optional<BatchMethodCall> batchMethodCall(const BatchWindow& window, int me
     r.first = 1;
     r.last = call.curve.n;
     call.points = call.curve.n;
-    if (method == 3) {
+    if (method == ChordsRow) {
         const ChordRanges c = chordRanges(w);
         if (!c.found()) {
             call.why = QStringLiteral("no chords: a branch has no points between a fifth and four fifths of the depth");
@@ -46,7 +46,7 @@ std::optional<BatchMethodCall> batchMethodCall(const BatchWindow& window, int me
         r.first2 = rt::i16(c.first2);
         r.last2 = rt::i16(c.last2);
         call.points = c.points();
-    } else if (method == 5) {
+    } else if (method == FourierRow) {
         for (std::size_t k = 1; k <= 8; ++k)
             r.fourierStart[k] = w.fourierStart[k - 1];
     }
@@ -77,9 +77,13 @@ MethodOutcome runBatchMethod(const BatchWindow& window, int method, int bootstra
     out.status = MethodOutcome::Status::Done;
     out.time = r.time;
     out.error = std::abs(r.error);
-    out.points = method == 6 ? r.slideN : c.points;
+    out.points = method == SlidingRow ? r.slideN : c.points;
     if (bootstrap > 0) {
-        const BootstrapResult b = batchBootstrap(method, curve, c.request, r, bootstrap, bootstrapSeed(window.cycle));
+        MethodBootstrapOptions options;
+        options.replicates = bootstrap;
+        options.seed = bootstrapSeed(window.cycle);
+        options.threads = 1; // the batch already runs one eclipse per thread
+        const BootstrapResult b = BootstrapMethod(method, curve, c.request, r, options);
         if (b.valid())
             out.bootstrapError = b.error;
         else if (!b.problem.isEmpty())

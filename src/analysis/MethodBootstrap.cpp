@@ -13,12 +13,6 @@ namespace dip {
 
 namespace {
 
-constexpr int ParabolaRow = 1;
-constexpr int ChordsRow = 3;
-constexpr int KweeRow = 4;
-constexpr int FourierRow = 5;
-constexpr int SlidingRow = 6;
-
 struct Span {
     int first = 0;
     int last = 0;

@@ -7,6 +7,8 @@
 #include "session/MainForm.h"
 #include "session/Session.h"
 
+#include <cmath>
+
 namespace dip {
 
 MethodRequest PublishedRequest(int row)
@@ -14,24 +16,24 @@ MethodRequest PublishedRequest(int row)
     const Session& s = S();
     MethodRequest r;
     switch (row) {
-    case 1:
+    case ParabolaRow:
         r.first = s.ParabolaPick.LeftIdx;
         r.last = s.ParabolaPick.RightIdx;
         break;
-    case 2: r.fold = s.FoldHJD; break;
-    case 3:
+    case TracingPaperRow: r.fold = s.FoldHJD; break;
+    case ChordsRow:
         r.first = s.Chords.Idx1;
         r.last = s.Chords.Idx2;
         r.first2 = s.Chords.Idx3;
         r.last2 = s.Chords.Idx4;
         break;
-    case 4:
+    case KweeRow:
         r.first = s.KweePick.LeftIdx;
         r.last = s.KweePick.RightIdx;
         r.kweeStep = s.KweeStepUsed;
         r.kweeFraction = s.KweeFractionUsed;
         break;
-    case 5: {
+    case FourierRow: {
         r.first = s.Fourier.Range.LeftIdx;
         r.last = s.Fourier.Range.RightIdx;
         // The values the published fit started from: the window keeps them for its Undo, while
@@ -98,14 +100,19 @@ WeightedMean BootstrapWeightedMean(const std::vector<PublishedRowErrors>& rows)
     return weightedMean(pairs);
 }
 
+int PublishedReplicates(const PublishedJob& job, int replicates)
+{
+    int withBootstrap = 0;
+    for (const PublishedRowJob& r : job.rows)
+        withBootstrap += HasBootstrap(r.row) ? 1 : 0;
+    return withBootstrap * replicates;
+}
+
 PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstrapOptions& options,
                                    const std::function<void(int, int)>& progress, const std::atomic<bool>* cancel)
 {
     PublishedErrors out;
-    int withBootstrap = 0;
-    for (const PublishedRowJob& r : job.rows)
-        withBootstrap += HasBootstrap(r.row) ? 1 : 0;
-    const int total = withBootstrap * options.replicates;
+    const int total = PublishedReplicates(job, options.replicates);
     int before = 0;
     const Curve curve = job.curve.view();
     for (const PublishedRowJob& r : job.rows) {
@@ -134,7 +141,7 @@ PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstra
             }
             before += options.replicates;
         }
-        if (r.row == 4 && r.request.first >= 1 && r.request.last <= curve.n)
+        if (r.row == KweeRow && r.request.first >= 1 && r.request.last <= curve.n)
             e.deeg = DeegKwee(curve.t, curve.m, curve.n, r.request.first, r.request.last);
         out.rows.push_back(e);
     }
@@ -142,6 +149,22 @@ PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstra
     if (progress)
         progress(before, total);
     return out;
+}
+
+QString errorBarText(double error)
+{
+    return std::isfinite(error) ? QString::number(error, 'g', 3) : QStringLiteral("-");
+}
+
+QString signedErrorBarText(double offset)
+{
+    return std::isfinite(offset) ? (offset >= 0 ? QStringLiteral("+") : QString()) + errorBarText(offset)
+                                 : QStringLiteral("-");
+}
+
+QString replicatesText(const BootstrapResult& b)
+{
+    return QStringLiteral("%1 of %2, %3 failed").arg(b.successes).arg(b.requested).arg(b.failures);
 }
 
 } // namespace dip

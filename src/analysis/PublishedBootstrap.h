@@ -55,6 +55,10 @@ struct PublishedRowErrors {
     MethodResult fitted; // the method on the points themselves
     BootstrapResult bootstrap;
     std::optional<DeegKweeResult> deeg; // row 4
+
+    // The bootstrap's percentiles as offsets from the published time.
+    double p16FromTime() const { return bootstrap.p16 + offset - time; }
+    double p84FromTime() const { return bootstrap.p84 + offset - time; }
 };
 
 struct PublishedErrors {
@@ -64,6 +68,9 @@ struct PublishedErrors {
     WeightedMean mean;
     bool cancelled = false;
 };
+
+// The replicates a run of the job makes: B for each row with a bootstrap.
+int PublishedReplicates(const PublishedJob& job, int replicates);
 
 // Runs each row's bootstrap in turn; progress(done, total) counts the replicates of all rows.
 PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstrapOptions& options,
@@ -76,5 +83,12 @@ void StoreInToolkit(const PublishedErrors& errors);
 
 // The weighted mean over the ticked rows of errors.
 WeightedMean BootstrapWeightedMean(const std::vector<PublishedRowErrors>& rows);
+
+// The texts the Error bars window and the console tool show alike: an error to three
+// significant digits, an offset with its sign ("-" for either when it is not a number), and
+// the replicates run ("480 of 500, 20 failed").
+QString errorBarText(double error);
+QString signedErrorBarText(double offset);
+QString replicatesText(const BootstrapResult& b);
 
 } // namespace dip

@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/SessionResults.h"
 
+#include "methods/MethodRegistry.h"
 #include "session/Session.h"
 
 #include <cmath>
@@ -18,15 +19,15 @@ int sessionPoints(int k)
 {
     const Session& s = S();
     switch (k) {
-    case 1: return rangePoints(s.ParabolaPick.LeftIdx, s.ParabolaPick.RightIdx);
-    case 3: {
+    case ParabolaRow: return rangePoints(s.ParabolaPick.LeftIdx, s.ParabolaPick.RightIdx);
+    case ChordsRow: {
         const int left = rangePoints(s.Chords.Idx1, s.Chords.Idx2);
         const int right = rangePoints(s.Chords.Idx3, s.Chords.Idx4);
         return left > 0 && right > 0 ? left + right : 0;
     }
-    case 4: return rangePoints(s.KweePick.LeftIdx, s.KweePick.RightIdx);
-    case 5: return rangePoints(s.Fourier.Range.LeftIdx, s.Fourier.Range.RightIdx);
-    case 6: return s.SlideN > 0 ? s.SlideN : 0;
+    case KweeRow: return rangePoints(s.KweePick.LeftIdx, s.KweePick.RightIdx);
+    case FourierRow: return rangePoints(s.Fourier.Range.LeftIdx, s.Fourier.Range.RightIdx);
+    case SlidingRow: return s.SlideN > 0 ? s.SlideN : 0;
     default: break;
     }
     // The tracing paper folds the whole light curve by eye: no count of its own.

@@ -3,6 +3,7 @@
 #include "analysis/Toolkit.h"
 
 #include "analysis/ConvertedResults.h"
+#include "methods/MethodRegistry.h"
 #include "session/SessionEvents.h"
 
 namespace dip {
@@ -52,7 +53,7 @@ void followSession(ToolkitState& t, const SessionChange& change)
     for (int k = 1; k <= 6; ++k)
         if (change.method == 0 || change.method == k)
             t.rows[static_cast<std::size_t>(k)] = ToolkitRow{};
-    if (change.method == 0 || change.method == 4)
+    if (change.method == 0 || change.method == KweeRow)
         t.deeg.reset();
     if (ConversionSetUp())
         ConvertPublishedResults(change.method);

@@ -4,7 +4,6 @@
 
 #include "app/CommandLine.h"
 
-#include "analysis/BatchBootstrap.h"
 #include "analysis/BatchInput.h"
 #include "analysis/BatchMethods.h"
 #include "analysis/BatchOutput.h"

@@ -51,9 +51,6 @@ struct Options {
     bool fracGiven = false;
 };
 
-const int KweeRow = 4;
-const int FourierRow = 5;
-
 std::vector<long long> parseIndexes(const QString& value)
 {
     std::vector<long long> indexes;

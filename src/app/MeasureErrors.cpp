@@ -11,16 +11,6 @@ namespace dip {
 
 namespace {
 
-constexpr int KweeRow = 4;
-
-QString errorText(double x) { return std::isfinite(x) ? QString::number(x, 'g', 3) : QStringLiteral("-"); }
-
-QString signedText(double x)
-{
-    return std::isfinite(x) ? (x >= 0 ? QStringLiteral("+") : QString()) + QString::number(x, 'g', 3)
-                            : QStringLiteral("-");
-}
-
 // dipscope-measure's options for bootstrap errors and Deeg's error for Kwee and van Woerden.
 class ErrorsFeature : public MeasureFeature {
 public:
@@ -123,23 +113,20 @@ public:
                 t += QStringLiteral("%1none: %2\n").arg(title, -30).arg(b.problem);
                 continue;
             }
-            const double offset = r.offset;
             const bool valid = b.valid();
-            t += QStringLiteral("%1%2%3%4%5 of %6, %7 failed\n")
+            t += QStringLiteral("%1%2%3%4%5\n")
                      .arg(title, -30)
-                     .arg(valid ? errorText(b.error) : QStringLiteral("-"), -12)
-                     .arg(valid ? signedText(b.p16 + offset - r.time) : QStringLiteral("-"), -12)
-                     .arg(valid ? signedText(b.p84 + offset - r.time) : QStringLiteral("-"), -12)
-                     .arg(b.successes)
-                     .arg(b.requested)
-                     .arg(b.failures);
+                     .arg(valid ? errorBarText(b.error) : QStringLiteral("-"), -12)
+                     .arg(valid ? signedErrorBarText(r.p16FromTime()) : QStringLiteral("-"), -12)
+                     .arg(valid ? signedErrorBarText(r.p84FromTime()) : QStringLiteral("-"), -12)
+                     .arg(replicatesText(b));
         }
         for (const PublishedRowErrors& r : m_errors->rows) {
             if (!r.deeg)
                 continue;
             t += QStringLiteral("%1%2\n")
                      .arg(QStringLiteral("Deeg's error (row 4)"), -30)
-                     .arg(r.deeg->ok() ? errorText(r.deeg->error) : deegKweeStatusText(r.deeg->status));
+                     .arg(r.deeg->ok() ? errorBarText(r.deeg->error) : deegKweeStatusText(r.deeg->status));
         }
         const WeightedMean& w = m_errors->mean;
         t += QStringLiteral("%1%2\n")
@@ -147,7 +134,7 @@ public:
                  .arg(w.valid ? QString::number(w.mean, 'f', 7) : QStringLiteral("-"));
         t += QStringLiteral("%1%2\n")
                  .arg(QStringLiteral("Std. Error (bootstrap)"), -30)
-                 .arg(w.valid ? errorText(w.standardError) : QStringLiteral("-"));
+                 .arg(w.valid ? errorBarText(w.standardError) : QStringLiteral("-"));
         return t;
     }
 

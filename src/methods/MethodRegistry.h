@@ -118,6 +118,14 @@ struct MethodEntry {
 #include "methods/Methods.def"
 #undef DIPSCOPE_METHOD
 
+// The rows by name, for the code that treats one method apart: ParabolaRow = 1, TracingPaperRow,
+// ChordsRow, KweeRow, FourierRow, SlidingRow = 6.
+enum MethodRow : int {
+#define DIPSCOPE_METHOD(row, Name, title, option, arguments, picksRange) Name##Row = row,
+#include "methods/Methods.def"
+#undef DIPSCOPE_METHOD
+};
+
 // The table, in row order.
 const std::vector<MethodEntry>& Methods();
 // The entry of row k (1..6); any other k raises 9.

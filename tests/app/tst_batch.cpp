@@ -3,7 +3,6 @@
 
 #include "MeasureRun.h"
 
-#include "analysis/BatchBootstrap.h"
 #include "analysis/BatchMethods.h"
 #include "app/Batch.h"
 #include "support/TestSupport.h"

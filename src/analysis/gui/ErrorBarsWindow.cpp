@@ -21,7 +21,6 @@
 #include <QVBoxLayout>
 
 #include <climits>
-#include <cmath>
 #include <mutex>
 
 namespace dip {
@@ -37,12 +36,6 @@ constexpr int pollMs = 50;
 enum Column { MethodColumn, TimeColumn, OwnColumn, BootstrapColumn, P16Column, P84Column, RunsColumn, DeegColumn };
 
 QString timeText(double t) { return QString::number(t, 'f', 7); }
-QString errorText(double e) { return std::isfinite(e) ? QString::number(e, 'g', 3) : QStringLiteral("-"); }
-QString signedText(double x)
-{
-    return std::isfinite(x) ? (x >= 0 ? QStringLiteral("+") : QString()) + QString::number(x, 'g', 3)
-                            : QStringLiteral("-");
-}
 
 QString failuresTip(const BootstrapResult& b)
 {
@@ -155,10 +148,7 @@ bool ErrorBarsWindow::start()
     }
     run->options.replicates = m_replicates->value();
     run->options.seed = std::uint64_t(m_seed->value());
-    int withBootstrap = 0;
-    for (const PublishedRowJob& r : run->job.rows)
-        withBootstrap += HasBootstrap(r.row) ? 1 : 0;
-    run->total = withBootstrap * run->options.replicates;
+    run->total = PublishedReplicates(run->job, run->options.replicates);
     run->clock.start();
 
     m_run = run;
@@ -166,7 +156,9 @@ bool ErrorBarsWindow::start()
     m_progress->setRange(0, std::max(1, run->total.load()));
     m_progress->setValue(0);
     m_status->setText(
-        QStringLiteral("Running %1 replicates of %2 methods…").arg(run->options.replicates).arg(withBootstrap));
+        QStringLiteral("Running %1 replicates of %2 methods…")
+                          .arg(run->options.replicates)
+                          .arg(run->total / run->options.replicates));
     m_start->setEnabled(false);
     m_cancel->setEnabled(true);
     m_replicates->setEnabled(false);
@@ -258,7 +250,7 @@ void ErrorBarsWindow::showResult(const PublishedErrors& errors)
         };
         set(MethodColumn, QString::fromLatin1(MethodOfRow(r.row).title));
         set(TimeColumn, timeText(r.time));
-        set(OwnColumn, errorText(r.error));
+        set(OwnColumn, errorBarText(r.error));
         const BootstrapResult& b = r.bootstrap;
         if (!r.hasBootstrap) {
             set(BootstrapColumn, QStringLiteral("no fit to repeat"));
@@ -266,17 +258,15 @@ void ErrorBarsWindow::showResult(const PublishedErrors& errors)
             set(BootstrapColumn, QStringLiteral("none"), b.problem);
         } else if (!b.valid()) {
             set(BootstrapColumn, QStringLiteral("-"));
-            set(RunsColumn, QStringLiteral("%1 of %2, %3 failed").arg(b.successes).arg(b.requested).arg(b.failures),
-                failuresTip(b));
+            set(RunsColumn, replicatesText(b), failuresTip(b));
         } else {
-            set(BootstrapColumn, errorText(b.error));
-            set(P16Column, signedText(b.p16 + r.offset - r.time));
-            set(P84Column, signedText(b.p84 + r.offset - r.time));
-            set(RunsColumn, QStringLiteral("%1 of %2, %3 failed").arg(b.successes).arg(b.requested).arg(b.failures),
-                failuresTip(b));
+            set(BootstrapColumn, errorBarText(b.error));
+            set(P16Column, signedErrorBarText(r.p16FromTime()));
+            set(P84Column, signedErrorBarText(r.p84FromTime()));
+            set(RunsColumn, replicatesText(b), failuresTip(b));
         }
         if (r.deeg)
-            set(DeegColumn, r.deeg->ok() ? errorText(r.deeg->error) : deegKweeStatusText(r.deeg->status));
+            set(DeegColumn, r.deeg->ok() ? errorBarText(r.deeg->error) : deegKweeStatusText(r.deeg->status));
         ++i;
     }
 
@@ -284,7 +274,7 @@ void ErrorBarsWindow::showResult(const PublishedErrors& errors)
     QString text = QStringLiteral("Calc. Means: weighted mean %1, std. error %2").arg(form.text(14), form.text(15));
     if (errors.mean.valid)
         text += QStringLiteral("\nWith the bootstrap errors: weighted mean %1, std. error %2 (%3 results)")
-                    .arg(timeText(errors.mean.mean), errorText(errors.mean.standardError))
+                    .arg(timeText(errors.mean.mean), errorBarText(errors.mean.standardError))
                     .arg(errors.mean.used);
     else
         text += QStringLiteral("\nWith the bootstrap errors: no weighted mean (no ticked result with an error)");
