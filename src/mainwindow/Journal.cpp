@@ -23,7 +23,7 @@ namespace {
 
 const QByteArray versionPrefix = "Dipscope recovery journal ";
 // Version 1 had no result rows.
-constexpr int journalVersion = 2;
+constexpr int journalVersion = 3;
 
 QByteArray quoted(const QString& text)
 {
@@ -177,6 +177,7 @@ SessionJournal CaptureJournal(const rt::RuntimeError* error)
         j.ticks[static_cast<std::size_t>(k - 1)] = form.checked(k);
     for (int k = 1; k <= 6; ++k)
         j.rows[static_cast<std::size_t>(k - 1)] = s.Results(k);
+    j.wholeDaysSubtracted = s.WholeDaysSubtracted;
     return j;
 }
 
@@ -203,13 +204,15 @@ QByteArray JournalText(const SessionJournal& j)
         const ResultRow& row = j.rows[static_cast<std::size_t>(k - 1)];
         const QByteArray name = "Result" + QByteArray::number(k);
         out += name + ": " + (row.published ? '1' : '0') + ',' + (row.ticked ? '1' : '0') + ',' +
-               QByteArray::number(row.trappedError) + ',' + exact(row.time) + ',' + exact(row.error) + '\n';
+               QByteArray::number(row.trappedError) + ',' + exact(row.time) + ',' + exact(row.error) + ',' +
+               exact(row.methodTime) + '\n';
         out += name + " time: " + quoted(row.timeText) + '\n';
         out += name + " error: " + quoted(row.errorText) + '\n';
         out += name + " boxes: " + QByteArray::number(row.extraTexts.size()) + '\n';
         for (const QString& box : row.extraTexts)
             out += quoted(box) + '\n';
     }
+    out += QByteArray("WholeDays: ") + (j.wholeDaysSubtracted ? '1' : '0') + '\n';
     return out;
 }
 
@@ -220,12 +223,12 @@ JournalParse ParseJournal(const QByteArray& text)
     Reader in(text);
     QByteArray rest;
 
-    // This version's journal, or one of version 1.
+    // This version's journal, or one of an earlier version.
     const QByteArray current = versionPrefix + QByteArray::number(journalVersion);
     int version = 0;
     if (in.atEnd())
         in.fail(1, QStringLiteral("the journal ends before \"%1\"").arg(QString::fromLatin1(current)));
-    else if (in.next("", &rest) && rest != current && rest != versionPrefix + '1')
+    else if (in.next("", &rest) && rest != current && rest != versionPrefix + '1' && rest != versionPrefix + '2')
         in.fail(QStringLiteral("expected \"%1\"").arg(QString::fromLatin1(current)));
     else
         version = rest.mid(versionPrefix.size()).toInt();
@@ -297,18 +300,27 @@ JournalParse ParseJournal(const QByteArray& text)
         const QByteArray name = "Result" + QByteArray::number(k);
         if (in.next(name + ": ", &rest)) {
             const QList<QByteArray> fields = rest.split(',');
-            const QString what = QStringLiteral("\"%1\" is published, ticked (0 or 1), the run-time error number, "
-                                                "the time and the error, separated by commas")
-                                     .arg(QString::fromLatin1(name));
+            // Version 2 has no method's time: its journals come from sessions without whole days
+            // set apart, where the method's time is the time.
+            const bool methodTime = version >= 3;
+            const QString what =
+                QStringLiteral("\"%1\" is published, ticked (0 or 1), the run-time error number, the time and the "
+                               "error%2, separated by commas")
+                    .arg(QString::fromLatin1(name), methodTime ? QStringLiteral(" and the method's time") : QString());
             int trapped = 0;
-            if (fields.size() != 5 || (fields[0] != "0" && fields[0] != "1") || (fields[1] != "0" && fields[1] != "1"))
+            if (fields.size() != (methodTime ? 6 : 5) || (fields[0] != "0" && fields[0] != "1") ||
+                (fields[1] != "0" && fields[1] != "1"))
                 in.fail(what);
             else if (in.integer(fields[2], 0, 65535, QStringLiteral("the run-time error of a result"), &trapped) &&
                      in.number(fields[3], QStringLiteral("the time of a result"), &row.time) &&
-                     in.number(fields[4], QStringLiteral("the error of a result"), &row.error)) {
+                     in.number(fields[4], QStringLiteral("the error of a result"), &row.error) &&
+                     (!methodTime ||
+                      in.number(fields[5], QStringLiteral("the method's time of a result"), &row.methodTime))) {
                 row.published = fields[0] == "1";
                 row.ticked = fields[1] == "1";
                 row.trappedError = trapped;
+                if (!methodTime)
+                    row.methodTime = row.time;
             }
         }
         if (in.next(name + " time: ", &rest))
@@ -330,6 +342,11 @@ JournalParse ParseJournal(const QByteArray& text)
             if (in.text(rest, &box))
                 row.extraTexts << box;
         }
+    }
+    if (version >= 3 && in.next("WholeDays: ", &rest)) {
+        if (rest != "0" && rest != "1")
+            in.fail(QStringLiteral("\"WholeDays\" must be 0 or 1"));
+        j.wholeDaysSubtracted = rest == "1";
     }
     if (!in.failed() && !in.atEnd())
         in.fail(in.line() + 1, QStringLiteral("more lines than a journal has"));
@@ -435,6 +452,9 @@ RestoreOutcome RestoreJournal(const SessionJournal& j)
     Session& s = S();
     MainForm& form = mainForm();
     if (!j.dataName.isEmpty()) {
+        // The file is read as it was: with its whole days set apart or not, so that the times
+        // of the deleted points and the results' offset are those of that session.
+        s.SubtractWholeDays = j.wholeDaysSubtracted;
         const QString dir = s.DataDir, name = s.DataName, path = s.DataPath;
         try {
             outcome.loaded = OpenDataFile(j.dataDir, j.dataName);

@@ -10,7 +10,7 @@
 //
 // The file is text, one item a line, in UTF-8:
 //
-//     Dipscope recovery journal 2
+//     Dipscope recovery journal 3
 //     Ended: run-time error 11 "Division by zero"      (or: Ended: normally)
 //     DataDir: "/home/obs/data"
 //     DataName: "curve.csv"
@@ -21,16 +21,20 @@
 //     Text1: "0.51234"
 //     ...                                             (Text1 .. Text16, each a quoted text)
 //     Check: 1,0,0,0,1,0
-//     Result1: 1,1,0,0.51234012345678901,0.00012345  (the result row of method 1: published,
-//     Result1 time: "0.51234"                          ticked, the run-time error its trap
-//     Result1 error: "0.00012"                         caught, time and error in full; the texts
-//     Result1 boxes: 0                                 it was shown with; the window's boxes
-//     ...                                              after its compute, one quoted text a line)
-//     Result6 boxes: 0
+//     Result1: 1,1,0,0.51234012345678901,0.00012345,0.51234012345678901
+//     Result1 time: "0.51234"                         (the result row of method 1: published,
+//     Result1 error: "0.00012"                         ticked, the run-time error its trap
+//     Result1 boxes: 0                                 caught, time, error and the method's own
+//     ...                                              time (without HJDOffset) in full; the texts
+//     Result6 boxes: 0                                 it was shown with; the window's boxes after
+//                                                      its compute, one quoted text a line)
+//     WholeDays: 0                                    (1: the file was loaded with its whole days
+//                                                      set apart, HJDOffset holding them)
 //
 // Texts are quoted, with \\ \" \n \r \t as the only escapes. Anything else is a damaged journal.
 // A journal of version 1 (from before the result rows) ends after "Check" and is read as one
-// whose rows were empty.
+// whose rows were empty; one of version 2 has no method's times and no "WholeDays" (read as 0,
+// the method's time being the time).
 
 #include "runtime/RuntimeError.h"
 #include "session/ResultTable.h"
@@ -68,6 +72,8 @@ struct SessionJournal {
     // The session's result rows 1..6 as the methods left them: the numbers in full beside the
     // texts the boxes show (which the user may have typed over).
     std::array<ResultRow, 6> rows;
+    // The file was loaded with "Subtract whole days": it is read again so.
+    bool wholeDaysSubtracted = false;
 };
 
 // "zzzdip.journal": relative, beside "zzzdip.ini" in the folder the program was started in.

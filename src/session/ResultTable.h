@@ -23,6 +23,13 @@ struct ResultRow {
     QString errorText;
     int trappedError = 0;   // the runtime error the method's own trap caught (sliding integrations)
     QStringList extraTexts; // the method window's boxes after its compute (the Fourier fit's eight)
+
+    friend bool operator==(const ResultRow& a, const ResultRow& b)
+    {
+        return a.published == b.published && a.time == b.time && a.methodTime == b.methodTime &&
+               a.error == b.error && a.ticked == b.ticked && a.timeText == b.timeText &&
+               a.errorText == b.errorText && a.trappedError == b.trappedError && a.extraTexts == b.extraTexts;
+    }
 };
 
 class ResultTable {

@@ -22,18 +22,6 @@ Q_DECLARE_METATYPE(dip::SessionJournal)
 
 namespace {
 
-bool sameRow(const ResultRow& a, const ResultRow& b)
-{
-    return a.published == b.published && a.time == b.time && a.error == b.error && a.ticked == b.ticked &&
-           a.timeText == b.timeText && a.errorText == b.errorText && a.trappedError == b.trappedError &&
-           a.extraTexts == b.extraTexts;
-}
-
-bool sameRows(const std::array<ResultRow, 6>& a, const std::array<ResultRow, 6>& b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), sameRow);
-}
-
 // The session's result rows as they stand.
 std::array<ResultRow, 6> sessionRows()
 {
@@ -47,7 +35,7 @@ bool sameJournal(const SessionJournal& a, const SessionJournal& b)
 {
     return a.endedOnRuntimeError == b.endedOnRuntimeError && a.errorNumber == b.errorNumber &&
            a.errorText == b.errorText && a.dataDir == b.dataDir && a.dataName == b.dataName && a.magSign == b.magSign &&
-           a.deleted == b.deleted && a.texts == b.texts && a.ticks == b.ticks && sameRows(a.rows, b.rows);
+           a.deleted == b.deleted && a.texts == b.texts && a.ticks == b.ticks && a.rows == b.rows && a.wholeDaysSubtracted == b.wholeDaysSubtracted;
 }
 
 SessionJournal sample()
@@ -71,17 +59,20 @@ SessionJournal sample()
     parabola.published = true;
     parabola.ticked = true;
     parabola.time = 0.51234012345678901;
+    parabola.methodTime = parabola.time;
     parabola.error = 0.00012345;
     parabola.timeText = QStringLiteral("0.51234");
     parabola.errorText = QStringLiteral("0.00012");
     ResultRow& fourier = j.rows[4];
     fourier.published = true;
     fourier.time = 2451234.5678;
+    fourier.methodTime = 0.5678; // the whole days set apart in HJDOffset
     fourier.error = 0.25;
     fourier.timeText = QStringLiteral("2451234.56780");
     fourier.errorText = QStringLiteral("0.25000");
     fourier.extraTexts = QStringList{"2451234.56780", "a \"b\"", "", "x", "y", "z", "w", "v"};
     j.rows[5].trappedError = 11;
+    j.wholeDaysSubtracted = true;
     return j;
 }
 
@@ -103,8 +94,8 @@ QByteArray sampleTextVersion1()
     return t + "Check: 1,0,0,0,1,0\n";
 }
 
-// The sample's text, written out by hand.
-QByteArray sampleText()
+// The sample's text of version 2 (no method's times, no whole days), written out by hand.
+QByteArray sampleTextVersion2()
 {
     QByteArray t = sampleTextVersion1().replace("journal 1\n", "journal 2\n");
     t += "Result1: 1,1,0,0.51234012345678903,0.00012344999999999999\n"
@@ -123,6 +114,20 @@ QByteArray sampleText()
          "\"\"\n"
          "\"x\"\n\"y\"\n\"z\"\n\"w\"\n\"v\"\n";
     return t + "Result6: 0,0,11,0,0\nResult6 time: \"\"\nResult6 error: \"\"\nResult6 boxes: 0\n";
+}
+
+// The sample's text: each result line ends with the method's time, and the whole days line.
+QByteArray sampleText()
+{
+    return sampleTextVersion2()
+               .replace("journal 2\n", "journal 3\n")
+               .replace("Result1: 1,1,0,0.51234012345678903,0.00012344999999999999\n",
+                        "Result1: 1,1,0,0.51234012345678903,0.00012344999999999999,0.51234012345678903\n")
+               .replace(": 0,0,0,0,0\n", ": 0,0,0,0,0,0\n")
+               .replace("Result5: 1,0,0,2451234.5677999998,0.25\n",
+                        "Result5: 1,0,0,2451234.5677999998,0.25,0.56779999999999997\n")
+               .replace("Result6: 0,0,11,0,0\n", "Result6: 0,0,11,0,0,0\n") +
+           "WholeDays: 1\n";
 }
 
 // A curve of n points with a dip at 0.5.
@@ -205,6 +210,7 @@ private Q_SLOTS:
     void check();
     void restoreGivesTheSessionBack_data();
     void restoreGivesTheSessionBack();
+    void restoreWithWholeDaysSetApart();
     void restoreOfAChangedFile();
     void restoreOfAnUnreadableFile();
     void restoreWithoutDataFile();
@@ -224,7 +230,17 @@ void JournalTest::textOfAJournal()
     QVERIFY2(old.ok, qPrintable(old.problem));
     SessionJournal withoutRows = sample();
     withoutRows.rows = {};
+    withoutRows.wholeDaysSubtracted = false;
     QVERIFY(sameJournal(old.journal, withoutRows));
+    // One of version 2: no whole days set apart, each method's time is its time.
+    const JournalParse two = ParseJournal(sampleTextVersion2());
+    QVERIFY2(two.ok, qPrintable(two.problem));
+    SessionJournal beforeWholeDays = sample();
+    beforeWholeDays.wholeDaysSubtracted = false;
+    for (ResultRow& row : beforeWholeDays.rows)
+        row.methodTime = row.time;
+    QVERIFY(beforeWholeDays.rows[4].methodTime != sample().rows[4].methodTime);
+    QVERIFY(sameJournal(two.journal, beforeWholeDays));
 }
 
 void JournalTest::roundTrip_data()
@@ -263,10 +279,10 @@ void JournalTest::damaged_data()
     QTest::addColumn<QString>("problem");
     const QByteArray good = sampleText();
     auto replaced = [&](const char* from, const char* to) { return QByteArray(good).replace(from, to); };
-    QTest::newRow("empty file") << QByteArray() << 1 << "the journal ends before \"Dipscope recovery journal 2\"";
-    QTest::newRow("not a journal") << QByteArray("1,2,3,4\n") << 1 << "expected \"Dipscope recovery journal 2\"";
-    QTest::newRow("another version") << replaced("journal 2\n", "journal 3\n") << 1
-                                     << "expected \"Dipscope recovery journal 2\"";
+    QTest::newRow("empty file") << QByteArray() << 1 << "the journal ends before \"Dipscope recovery journal 3\"";
+    QTest::newRow("not a journal") << QByteArray("1,2,3,4\n") << 1 << "expected \"Dipscope recovery journal 3\"";
+    QTest::newRow("another version") << replaced("journal 3\n", "journal 4\n") << 1
+                                     << "expected \"Dipscope recovery journal 3\"";
     QTest::newRow("ended how") << replaced("Ended: run-time error 11", "Ended: somehow 11") << 2
                                << "\"Ended\" must be \"normally\" or a run-time error";
     QTest::newRow("error without text") << replaced("error 11 \"Division by zero\"", "error 11") << 2
@@ -303,17 +319,23 @@ void JournalTest::damaged_data()
                             << "\"Check\" needs six values, 0 or 1";
     QTest::newRow("cut short") << good.left(good.indexOf("Text5")) << 13 << "the journal ends before \"Text5\"";
     QTest::newRow("version 1 with result rows")
-        << replaced("journal 2\n", "journal 1\n") << 26 << "more lines than a journal has";
+        << replaced("journal 3\n", "journal 1\n") << 26 << "more lines than a journal has";
     QTest::newRow("version 2 without result rows")
         << good.left(good.indexOf("Result1")) << 26 << "the journal ends before \"Result1\"";
     QTest::newRow("a result's flag 2") << replaced("Result1: 1,1,", "Result1: 1,2,") << 26
                                        << "\"Result1\" is published, ticked (0 or 1), the run-time error number, the "
-                                          "time and the error, separated by commas";
+                                          "time and the error and the method's time, separated by commas";
     QTest::newRow("a result's time not a number")
         << replaced("Result1: 1,1,0,0.5123", "Result1: 1,1,0,x0.5123") << 26 << "the time of a result must be a number";
-    QTest::newRow("a result's error missing")
-        << replaced("Result6: 0,0,11,0,0\n", "Result6: 0,0,11,0\n") << 54
-        << "\"Result6\" is published, ticked (0 or 1), the run-time error number, the time and the error, separated "
+    QTest::newRow("a result's method time missing")
+        << replaced("Result6: 0,0,11,0,0,0\n", "Result6: 0,0,11,0,0\n") << 54
+        << "\"Result6\" is published, ticked (0 or 1), the run-time error number, the time and the error and the "
+           "method's time, separated by commas";
+    QTest::newRow("a result's method time not a number")
+        << replaced(",0.25,0.5677", ",0.25,x0.5677") << 42 << "the method's time of a result must be a number";
+    QTest::newRow("version 2 with the method's times")
+        << replaced("journal 3\n", "journal 2\n") << 26
+        << "\"Result1\" is published, ticked (0 or 1), the run-time error number, the time and the error, separated "
            "by commas";
     QTest::newRow("a result's text unquoted") << replaced("Result1 error: \"0.00012\"", "Result1 error: 0.00012") << 28
                                               << "a text in double quotes was expected";
@@ -323,7 +345,11 @@ void JournalTest::damaged_data()
                                      << "the journal ends before the 8 boxes of \"Result5\"";
     QTest::newRow("a box count beyond 100") << replaced("Result5 boxes: 8", "Result5 boxes: 101") << 45
                                             << "the count of a result's boxes must be a whole number from 0 to 100";
-    QTest::newRow("a line too many") << good + "Text17: \"\"\n" << 58 << "more lines than a journal has";
+    QTest::newRow("whole days 2") << replaced("WholeDays: 1", "WholeDays: 2") << 58
+                                  << "\"WholeDays\" must be 0 or 1";
+    QTest::newRow("whole days missing") << good.left(good.indexOf("WholeDays")) << 58
+                                        << "the journal ends before \"WholeDays\"";
+    QTest::newRow("a line too many") << good + "Text17: \"\"\n" << 59 << "more lines than a journal has";
 }
 
 void JournalTest::damaged()
@@ -367,7 +393,7 @@ void JournalTest::captureFromTheSession()
     QCOMPARE(j.texts[0], QStringLiteral("box 1"));
     QCOMPARE(j.ticks, (std::array<bool, 6>{false, true, false, true, false, true})); // the publish ticked 4
     // The rows as the methods left them, whatever the boxes now show.
-    QVERIFY(sameRows(j.rows, sessionRows()));
+    QVERIFY(j.rows == sessionRows());
     QVERIFY(j.rows[3].published);
     QCOMPARE(j.rows[3].time, 0.4987654321);
     QCOMPARE(j.rows[3].timeText, QStringLiteral("0.49877"));
@@ -489,12 +515,46 @@ void JournalTest::restoreGivesTheSessionBack()
     for (int k = 1; k <= 6; ++k)
         QCOMPARE(mainForm().checked(k), k == 2 || k == 3);
     // The rows hold the results in full as they were published, the Fourier time typed over.
-    QVERIFY(sameRows(sessionRows(), rows));
+    QVERIFY(sessionRows() == rows);
     QCOMPARE(S().Results(5).time, 0.49998765432109876);
     QCOMPARE(S().Results(5).timeText, QStringLiteral("0.49999"));
     QCOMPARE(mainForm().text(5), QStringLiteral("5.5"));
     // The editor's own procedure did the deleting: PickIdx is the last point deleted.
     QCOMPARE(int(S().PickIdx), 33);
+}
+
+// A file loaded with "Subtract whole days" is read again so: the deleted points are found by
+// the times that session held, and each result keeps the method's own time in full.
+void JournalTest::restoreWithWholeDaysSetApart()
+{
+    std::vector<std::pair<double, double>> p;
+    for (int i = 1; i <= 40; ++i)
+        p.emplace_back(2459123.4 + 0.005 * i, 12.0 + 0.0001 * i);
+    QVERIFY(loadText(csv(p)));
+    // The switch takes effect at the next load: the same file again.
+    S().SubtractWholeDays = true;
+    QVERIFY(OpenDataFile(S().DataDir, S().DataName));
+    QCOMPARE(S().HJDOffset, 2459123.0);
+    deletePoint(7);
+    PublishResult(1, 0.50012345678901234, 0.0001);
+    const std::array<ResultRow, 6> rows = sessionRows();
+    const SessionJournal j = CaptureJournal(nullptr);
+    QVERIFY(j.wholeDaysSubtracted);
+    const JournalParse parsed = ParseJournal(JournalText(j));
+    QVERIFY2(parsed.ok, qPrintable(parsed.problem));
+
+    MessageRecorder messages;
+    freshSession();
+    QVERIFY(!S().SubtractWholeDays);
+    const RestoreOutcome outcome = RestoreJournal(parsed.journal);
+    QVERIFY(outcome.loaded);
+    QVERIFY(outcome.skipped.empty());
+    QVERIFY(messages.messages().isEmpty());
+    QVERIFY(S().SubtractWholeDays && S().WholeDaysSubtracted);
+    QCOMPARE(S().HJDOffset, 2459123.0);
+    QCOMPARE(mainForm().editedCountLabel(), QStringLiteral("39"));
+    QVERIFY(sessionRows() == rows);
+    QCOMPARE(S().Results(1).methodTime, 0.50012345678901234);
 }
 
 void JournalTest::restoreOfAChangedFile()

@@ -77,6 +77,7 @@ void publishRow(int k, double time, double error, bool ticked)
     ResultRow& row = S().Results(k);
     row.published = true;
     row.time = time;
+    row.methodTime = time - S().HJDOffset;
     row.error = error;
     row.ticked = ticked;
 }

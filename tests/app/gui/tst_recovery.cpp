@@ -146,11 +146,12 @@ SessionPicture picture(const frmMain& window)
         p.ticks << window.checked(k);
     for (int k = 1; k <= 6; ++k) {
         const ResultRow& r = s.Results(k);
-        p.rows << QStringLiteral("%1 %2 %3 %4 %5 \"%6\" \"%7\" %8")
+        p.rows << QStringLiteral("%1 %2 %3 %4 %5 %6 \"%7\" \"%8\" %9")
                       .arg(r.published)
                       .arg(r.ticked)
                       .arg(r.trappedError)
                       .arg(r.time, 0, 'g', 17)
+                      .arg(r.methodTime, 0, 'g', 17)
                       .arg(r.error, 0, 'g', 17)
                       .arg(r.timeText, r.errorText, r.extraTexts.join(QLatin1Char('|')));
     }
@@ -242,7 +243,7 @@ void RecoveryTest::runtimeErrorKeepsTheSession()
     QCOMPARE(m_scope->exits.codes(), QList<int>{1});
     QVERIFY(!QFile::exists(QStringLiteral("zzzdip.ini")));
     const QByteArray journal = readFile(QStringLiteral("zzzdip.journal"));
-    QVERIFY(journal.startsWith("Dipscope recovery journal 2\nEnded: run-time error 11 \"Division by zero\"\n"));
+    QVERIFY(journal.startsWith("Dipscope recovery journal 3\nEnded: run-time error 11 \"Division by zero\"\n"));
 
     // The next start.
     m_scope->messages.clear();
