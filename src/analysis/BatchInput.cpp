@@ -55,14 +55,8 @@ LightCurve readCommaSeparated(const QString& path)
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(),
                      [&](std::size_t a, std::size_t b) { return curve.times[a] < curve.times[b]; });
-    std::vector<double> times(order.size()), mags(order.size());
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        times[i] = curve.times[order[i]];
-        mags[i] = curve.mags[order[i]];
-    }
-    curve.times = std::move(times);
-    curve.mags = std::move(mags);
-    return curve;
+    // Every column of a row moves with it, the parts of its time too.
+    return curve.withRows(order);
 }
 
 } // namespace

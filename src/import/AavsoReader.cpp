@@ -145,7 +145,6 @@ ImportedRows readAavsoExtended(const QString& path)
     if (rows.curve.times.empty())
         throw ImportError(file, 0, QStringLiteral("holds no observation with a magnitude"));
     sortByTime(rows);
-    rows.curve.rowCount = static_cast<int>(rows.curve.times.size());
     const std::vector<FilterCount> filters = filtersIn(rows);
     if (filters.size() == 1)
         rows.curve.filter = filters.front().filter;

@@ -129,7 +129,6 @@ ImportedRows readAstroImageJ(const QString& path, const QString& column)
     if (rows.curve.times.empty())
         throw ImportError(file, 0, QStringLiteral("holds no measurement with a time and a brightness"));
     sortByTime(rows);
-    rows.curve.rowCount = static_cast<int>(rows.curve.times.size());
     if (missing > 0) {
         rows.droppedRows = missing;
         rows.notes << QStringLiteral("%1 rows with NaN left out").arg(missing);

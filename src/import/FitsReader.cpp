@@ -213,7 +213,6 @@ ImportedRows readFitsLightCurve(const QString& path, const QString& column)
                 ? QStringLiteral("%1 holds no rows").arg(where)
                 : QStringLiteral("%1 holds no usable row: %2").arg(where, rows.notes.mid(2).join(QLatin1String(", "))));
     sortByTime(rows);
-    rows.curve.rowCount = static_cast<int>(rows.curve.times.size());
     return rows;
 }
 

@@ -71,7 +71,6 @@ ImportedRows withFilter(const ImportedRows& rows, const QString& filter)
                               .arg(filter, present.isEmpty() ? QStringLiteral("no filters") : present.join(", ")));
     }
     out.curve.filter = name;
-    out.curve.rowCount = static_cast<int>(out.curve.times.size());
     return out;
 }
 
@@ -85,9 +84,7 @@ void sortByTime(ImportedRows& rows)
     std::vector<QString> filters(rows.rowFilters.empty() ? 0 : n);
     for (std::size_t i = 0; i < filters.size(); ++i)
         filters[i] = rows.rowFilters[order[i]];
-    const int rowCount = rows.curve.rowCount;
     rows.curve = rows.curve.withRows(order);
-    rows.curve.rowCount = rowCount;
     rows.rowFilters = std::move(filters);
 }
 
