@@ -158,6 +158,9 @@ void MeasureTimesTest::withoutReductionFullDatesLoseDigits()
     const Run plain = measure(QStringList{file, QStringLiteral("--json")} + kwee);
     const Run reduced =
         measure(QStringList{file, QStringLiteral("--json"), QStringLiteral("--reduce"), "--kwee", "0.47,0.55"});
+    QCOMPARE(plain.code, 0);
+    QCOMPARE(reduced.code, 0);
+    QVERIFY(resultOf(json(plain), 4).value(QStringLiteral("time")).isDouble());
     const double tPlain = resultOf(json(plain), 4).value(QStringLiteral("time")).toDouble();
     const double tReduced = resultOf(json(reduced), 4).value(QStringLiteral("time")).toDouble();
     QVERIFY(std::abs(tReduced - 2459123.51235) < 0.0001);

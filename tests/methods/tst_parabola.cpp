@@ -360,7 +360,6 @@ private Q_SLOTS:
         QVERIFY(calls[0].op == CanvasRecorder::Op::PSet);
         QVERIFY(calls[0].clipped);
         QCOMPARE(form.clips.size(), qsizetype(1));
-        QCOMPARE(form.clips[0].PlotRight, form.transform().PlotRight);
         const double step = s.HJDRange / 100;
         for (int k = 0; k <= 100; ++k) {
             const double t = s.HJDMin + step * k;

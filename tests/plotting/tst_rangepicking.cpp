@@ -277,8 +277,6 @@ private Q_SLOTS:
             QVERIFY(c.clipped);
         }
         QCOMPARE(form.clips.size(), qsizetype(4));
-        for (const PlotTransform& box : form.clips)
-            QCOMPARE(box.PlotLeft, theBox().PlotLeft);
         QCOMPARE(pick.RightMarkX, x2);
         QCOMPARE(pick.RightIdx, rt::Integer(10)); // 11.25 is the last point before 11.3
         QCOMPARE(pick.LeftSet, rt::False);
