@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/SessionResults.h"
 
+#include "analysis/PublishedBootstrap.h"
 #include "methods/MethodRegistry.h"
 #include "session/Session.h"
 
@@ -17,21 +18,17 @@ int rangePoints(rt::Integer first, rt::Integer last) { return first > 0 && last 
 
 int sessionPoints(int k)
 {
-    const Session& s = S();
-    switch (k) {
-    case ParabolaRow: return rangePoints(s.ParabolaPick.LeftIdx, s.ParabolaPick.RightIdx);
-    case ChordsRow: {
-        const int left = rangePoints(s.Chords.Idx1, s.Chords.Idx2);
-        const int right = rangePoints(s.Chords.Idx3, s.Chords.Idx4);
-        return left > 0 && right > 0 ? left + right : 0;
-    }
-    case KweeRow: return rangePoints(s.KweePick.LeftIdx, s.KweePick.RightIdx);
-    case FourierRow: return rangePoints(s.Fourier.Range.LeftIdx, s.Fourier.Range.RightIdx);
-    case SlidingRow: return s.SlideN > 0 ? s.SlideN : 0;
-    default: break;
-    }
     // The tracing paper folds the whole light curve by eye: no count of its own.
-    return 0;
+    if (k == TracingPaperRow || k < ParabolaRow || k > SlidingRow)
+        return 0;
+    if (k == SlidingRow)
+        return S().SlideN > 0 ? S().SlideN : 0;
+    const MethodRequest r = PublishedRequest(k);
+    const int first = rangePoints(r.first, r.last);
+    if (k != ChordsRow)
+        return first;
+    const int second = rangePoints(r.first2, r.last2);
+    return first > 0 && second > 0 ? first + second : 0;
 }
 
 TimeSystem resultSystem(const ToolkitState& toolkit)

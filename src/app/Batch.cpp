@@ -8,6 +8,7 @@
 #include "analysis/BatchMethods.h"
 #include "analysis/BatchOutput.h"
 #include "analysis/InputError.h"
+#include "session/WholeDays.h"
 
 #include <QFile>
 
@@ -175,17 +176,6 @@ private:
     std::chrono::steady_clock::time_point m_last{};
 };
 
-QString timeName(TimeSystem system)
-{
-    switch (system) {
-    case TimeSystem::BJD_TDB: return QStringLiteral("BJD");
-    case TimeSystem::JD_UTC: return QStringLiteral("JD");
-    case TimeSystem::HJD_UTC:
-    case TimeSystem::Unstated: break;
-    }
-    return QStringLiteral("HJD");
-}
-
 } // namespace
 
 bool BatchWantsPlot(const QStringList& arguments)
@@ -234,7 +224,7 @@ int RunBatch(const QStringList& arguments, std::FILE* out, std::FILE* err, const
         try {
             const BatchCurve read = readBatchCurve(file);
             const LightCurve& curve = read.curve;
-            diagram.timeName = timeName(curve.timeSystem);
+            diagram.timeName = TimeSystemShortName(curve.timeSystem);
             // What an importer read and left out, for the user to check.
             for (const QString& note : read.notes)
                 print(err, QStringLiteral("dipscope-batch: ") + file + QStringLiteral(": ") + note + QLatin1Char('\n'));

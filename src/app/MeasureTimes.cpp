@@ -180,16 +180,11 @@ public:
             t.star = times::Star{*m_ra, *m_dec};
             t.site = m_site;
         }
-        if (LargeTimesWithoutOffset()) {
-            const Session& s = S();
-            double first = 0;
-            for (int k = s.NumOrig; k >= 1; --k)
-                if (std::abs(s.ReadHJD(k)) > LargeTimeDays)
-                    first = s.ReadHJD(k);
+        if (const std::optional<double> first = LargeTimesWithoutOffset()) {
             note(err, QStringLiteral("warning: the times exceed %1 days (%2): the methods lose digits on them; "
                                      "--reduce subtracts the whole days before fitting")
                           .arg(LargeTimeDays)
-                          .arg(timeText(first)));
+                          .arg(timeText(*first)));
         }
     }
 

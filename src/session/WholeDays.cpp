@@ -58,15 +58,23 @@ double WholeDayOffset(const LightCurve& curve)
     return rt::Int(curve.times.front());
 }
 
-bool LargeTimesWithoutOffset()
+std::optional<double> FirstLargeTime(const std::vector<double>& times)
+{
+    for (const double t : times)
+        if (std::abs(t) > LargeTimeDays)
+            return t;
+    return std::nullopt;
+}
+
+std::optional<double> LargeTimesWithoutOffset()
 {
     const Session& s = S();
     if (s.DataName.isEmpty() || s.WholeDaysSubtracted)
-        return false;
+        return std::nullopt;
+    std::vector<double> times;
     for (int k = 1; k <= s.NumOrig; ++k)
-        if (std::abs(s.ReadHJD(k)) > LargeTimeDays)
-            return true;
-    return false;
+        times.push_back(s.ReadHJD(k));
+    return FirstLargeTime(times);
 }
 
 bool WholeDaysSwitchPending()

@@ -13,6 +13,9 @@
 
 #include <QString>
 
+#include <optional>
+#include <vector>
+
 namespace dip {
 
 // A time in two parts, whole + fraction being the time exactly.
@@ -36,9 +39,12 @@ constexpr double LargeTimeDays = 10;
 // a curve without rows).
 double WholeDayOffset(const LightCurve& curve);
 
+// The first of the times beyond LargeTimeDays (in magnitude), if any.
+std::optional<double> FirstLargeTime(const std::vector<double>& times);
+
 // The light curve in the session was loaded with the switch off and holds a time beyond
-// LargeTimeDays (in magnitude): the toolkit's warning applies.
-bool LargeTimesWithoutOffset();
+// LargeTimeDays (in magnitude): the toolkit's warning applies. The first such time of the file.
+std::optional<double> LargeTimesWithoutOffset();
 
 // The switch differs from what it was at the last load: a flip takes effect at the next load,
 // the light curve in the session keeps its times. False while no file is loaded.

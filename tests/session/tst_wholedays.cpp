@@ -107,8 +107,6 @@ void WholeDaysTest::fractionAsExactAsWrittenAlone()
         QCOMPARE(parts.whole, 2459123.0);
         QCOMPARE(parts.fraction, f.toDouble());
     }
-    const double oneDouble = QStringLiteral("2459123.51234567").toDouble() - 2459123;
-    QVERIFY(oneDouble != 0.51234567);
 }
 
 void WholeDaysTest::switchOffLoadsAsAlways()
@@ -246,7 +244,7 @@ void WholeDaysTest::largeTimesWarning()
     QFETCH(QByteArray, text);
     QFETCH(bool, warned);
     QVERIFY(loadWithSwitch(text, false));
-    QCOMPARE(LargeTimesWithoutOffset(), warned);
+    QCOMPARE(LargeTimesWithoutOffset().has_value(), warned);
     QVERIFY(loadWithSwitch(text, true));
     QVERIFY(!LargeTimesWithoutOffset());
 }

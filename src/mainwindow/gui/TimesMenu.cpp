@@ -76,14 +76,6 @@ void showTimeSystem(frmMain& main)
     dialog.activateWindow();
 }
 
-bool anyLargeTime(const LightCurve& curve)
-{
-    for (const double t : curve.times)
-        if (std::abs(t) > LargeTimeDays)
-            return true;
-    return false;
-}
-
 // What the user is told after an import: what was read, and what was left out.
 QString importSummary(const PreparedFile& file, const LightCurve& curve)
 {
@@ -127,7 +119,7 @@ void importFile(frmMain& main)
         }
         const LightCurve curve = ChooseLightCurveRows(file, options);
         // Full Julian dates leave the fits too few digits: the switch is offered once.
-        if (!S().SubtractWholeDays && anyLargeTime(curve) &&
+        if (!S().SubtractWholeDays && FirstLargeTime(curve.times) &&
             rt::AskYesNo(QStringLiteral("The times of %1 are full Julian dates (%2): the methods lose digits on "
                                         "them. Subtract whole days before fitting (Times > Subtract whole days)?")
                              .arg(QFileInfo(path).fileName(), QString::number(curve.times.front(), 'f', 5))))
@@ -169,7 +161,7 @@ void BuildTimesMenu(frmMain& main, QMenu& menu)
     const auto refresh = [subtract, pending, large] {
         subtract->setChecked(S().SubtractWholeDays);
         pending->setVisible(WholeDaysSwitchPending());
-        large->setVisible(LargeTimesWithoutOffset());
+        large->setVisible(LargeTimesWithoutOffset().has_value());
     };
     QObject::connect(&menu, &QMenu::aboutToShow, &menu, refresh);
     refresh();
