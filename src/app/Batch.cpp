@@ -71,13 +71,9 @@ Options parseOptions(const QStringList& arguments)
         const QString arg = line.option();
         EclipseSettings& e = o.settings.eclipses;
         if (arg == QLatin1String("--ephemeris")) {
-            const QStringList parts = line.value().split(QLatin1Char(','));
-            if (parts.size() != 2)
-                throw UsageError{QStringLiteral("--ephemeris takes T0,P")};
-            e.ephemeris.t0 = line.number(parts[0]);
-            e.ephemeris.period = line.number(parts[1]);
-            if (!(e.ephemeris.period > 0))
-                throw UsageError{QStringLiteral("--ephemeris: the period must be positive")};
+            const bool secondary = e.ephemeris.secondaryAtHalf;
+            e.ephemeris = line.ephemeris(line.value());
+            e.ephemeris.secondaryAtHalf = secondary;
             o.haveEphemeris = true;
         } else if (arg == QLatin1String("--secondary")) {
             line.flag();

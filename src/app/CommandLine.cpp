@@ -74,6 +74,14 @@ std::vector<double> CommandLine::numbers(const QString& text, int count) const
     return values;
 }
 
+Ephemeris CommandLine::ephemeris(const QString& text) const
+{
+    const std::vector<double> v = numbers(text, 2);
+    if (!(v[1] > 0))
+        throw UsageError{QStringLiteral("%1: the period must be above 0").arg(m_option)};
+    return Ephemeris{v[0], v[1], false};
+}
+
 void CommandLine::unknown() const { throw UsageError{QStringLiteral("unknown option %1").arg(m_option)}; }
 
 void print(std::FILE* f, const QString& s) { std::fputs(s.toUtf8().constData(), f); }

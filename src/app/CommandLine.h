@@ -6,6 +6,8 @@
 // their value as the next argument or after '=' ("--kwee 0.46,0.565" or "--kwee=0.46,0.565").
 // A fault is a UsageError, which a tool answers with its usage text and the exit code 64.
 
+#include "analysis/Ephemeris.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -44,6 +46,8 @@ public:
     int whole(const QString& text, int least) const;
     // count comma-separated numbers (any count when count is 0).
     std::vector<double> numbers(const QString& text, int count) const;
+    // "T0,P": a primary minimum and a period above 0, days.
+    Ephemeris ephemeris(const QString& text) const;
 
     [[noreturn]] void unknown() const;
 

@@ -32,10 +32,7 @@ public:
     bool parse(CommandLine& line) override
     {
         if (line.is("--ephemeris")) {
-            const std::vector<double> v = line.numbers(line.value(), 2);
-            if (!(v[1] > 0))
-                throw UsageError{QStringLiteral("--ephemeris: the period must be above 0")};
-            m_ephemeris = Ephemeris{v[0], v[1], false};
+            m_ephemeris = line.ephemeris(line.value());
         } else if (line.is("--secondary")) {
             line.flag();
             m_secondary = true;

@@ -101,10 +101,10 @@ void TestBatch::badCommandLines_data()
     const QString f = QStringLiteral("x.csv");
     QTest::newRow("no ephemeris") << QStringList{f} << "--ephemeris T0,P is needed";
     QTest::newRow("no file") << ephemeris << "no FILE given";
-    QTest::newRow("one number") << QStringList{f, "--ephemeris", "0.3"} << "--ephemeris takes T0,P";
+    QTest::newRow("one number") << QStringList{f, "--ephemeris", "0.3"} << "--ephemeris takes 2 comma-separated times";
     QTest::newRow("not a number") << QStringList{f, "--ephemeris=0.3,abc"} << "--ephemeris: 'abc' is not a number";
     QTest::newRow("zero period") << QStringList{f, "--ephemeris", "0.3,0"}
-                                 << "--ephemeris: the period must be positive";
+                                 << "--ephemeris: the period must be above 0";
     QTest::newRow("tracing paper") << (QStringList{f, "--methods", "1,2"} + ephemeris)
                                    << "--methods: 2 is not one of 1, 3, 4, 5, 6";
     QTest::newRow("method twice") << (QStringList{f, "--methods=4,4"} + ephemeris) << "--methods: 4 is given twice";
