@@ -143,6 +143,18 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
             return refused(options.replicates, QStringLiteral("the curve has %1 points").arg(curve.n));
 
         const Span span = resampledSpan(row, curve, request);
+        // A time beyond the points it was measured on is no minimum the points show: resampling
+        // about it only repeats the method's mistake with a small spread, an error bar that would
+        // be believed. The method gave up in all but name; it gets no error.
+        if (span.first >= 1 && span.last <= curve.n && span.first <= span.last) {
+            double earliest = curve.t(span.first), latest = earliest;
+            for (int i = span.first; i <= span.last; ++i) {
+                earliest = std::min(earliest, double(curve.t(i)));
+                latest = std::max(latest, double(curve.t(i)));
+            }
+            if (!(fitted.time >= earliest && fitted.time <= latest))
+                return refused(options.replicates, QStringLiteral("the time lies outside the points it was measured on"));
+        }
         BootstrapSetup setup = BootstrapSetup::fromArrays(curve.t, curve.m, curve.n, span.first, span.last);
         setup.arrays = &curve;
         setup.replicates = options.replicates;

@@ -27,6 +27,9 @@
 // correlated beyond what the range's residuals show, the replicates' noise is drawn from the
 // autoregression of those differences (the sieve) instead of the residuals in blocks.
 // The tracing paper (row 2) has no fit to repeat: its error stays the fixed scroll step.
+// A time beyond the first and last times of what is resampled (a parabola through one branch,
+// sliding integrations that slid off the dip across a gap) gets no error: its replicates repeat
+// the same mistake and would agree on it closely.
 
 #include "analysis/Bootstrap.h"
 #include "methods/MethodRegistry.h"

@@ -192,6 +192,30 @@ private Q_SLOTS:
         QCOMPARE(noFit.problem, QStringLiteral("the method gave no result to resample about"));
         QCOMPARE(noFit.done, 0);
     }
+
+    // A range on one branch: the parabola through it has its vertex beyond the picked points,
+    // where no resample can say how far off it is.
+    void aTimeBeyondItsPointsHasNoError()
+    {
+        const CurveData c = gaussianCurve(0.002, 6);
+        MethodRequest branch;
+        branch.first = at(0.482);
+        branch.last = at(0.494);
+        const MethodResult fitted = MethodOfRow(1).compute(c.view(), branch);
+        QVERIFY(fitted.ok);
+        QVERIFY2(fitted.time > 0.494, qPrintable(QString::number(fitted.time)));
+        const BootstrapResult b = BootstrapMethod(1, c.view(), branch, fitted, MethodBootstrapOptions());
+        QVERIFY(!b.valid());
+        QCOMPARE(b.problem, QStringLiteral("the time lies outside the points it was measured on"));
+        QCOMPARE(b.done, 0);
+
+        MethodRequest both = branch;
+        both.last = at(0.512);
+        const MethodResult inside = MethodOfRow(1).compute(c.view(), both);
+        MethodBootstrapOptions few;
+        few.replicates = 20;
+        QVERIFY(BootstrapMethod(1, c.view(), both, inside, few).valid());
+    }
 };
 
 QTEST_GUILESS_MAIN(MethodBootstrapTest)
