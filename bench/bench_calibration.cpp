@@ -412,7 +412,7 @@ int main(int argc, char** argv)
                 " B = %d\n",
                 eclipses, replicates);
     std::printf("%-26s %-11s %-14s %-14s %-14s %-14s %s\n", "method", "noise", "own", "bootstrap", "Deeg",
-                "boot., no gap", "fails (Deeg: no time)");
+                "boot., no gap", "fails / no boot. error (Deeg: no time)");
     for (const Family family : families) {
         std::map<int, Row> table;
         // An eclipse whose picks hold too few points is drawn again from the next stream.
@@ -477,8 +477,11 @@ int main(int argc, char** argv)
         const char* name = family == Family::White ? "white" : "correlated";
         for (const int row : rows) {
             const Row& r = table[row];
-            const QString fails =
-                row == 4 ? QStringLiteral("%1 (%2)").arg(r.failures).arg(r.deeg.missing) : QString::number(r.failures);
+            // Without a bootstrap error besides the failures: a time beyond the points it was
+            // measured on, or too few replicates with a time.
+            QString fails = QStringLiteral("%1 / %2").arg(r.failures).arg(r.bootstrap.missing - r.failures);
+            if (row == 4)
+                fails += QStringLiteral(" (%1)").arg(r.deeg.missing);
             std::printf("%-26s %-11s %-14s %-14s %-14s %-14s %s\n", MethodOfRow(row).title, name,
                         qPrintable(cell(r.own)), qPrintable(cell(r.bootstrap)), qPrintable(cell(r.deeg)),
                         qPrintable(cell(r.bootstrapNoGap)), qPrintable(fails));
