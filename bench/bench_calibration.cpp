@@ -360,10 +360,10 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
             said = b.error;
             off = r.time - first.truth;
             std::printf("   %-26s bias %+.3g  sd %.3g  | this draw %+.3g, own %.3g, bootstrap %.3g (L %d, k %d, "
-                        "mean %+.3g, rms/noise %.2f, lag1 %.2f, ar %d%s, noise rms/noise %.2f)\n",
+                        "mean %+.3g, rms/noise %.2f, lag1 %.2f, ar %d%s, noise rms/noise %.2f, p84-p16 / 2 %.3g)\n",
                         MethodOfRow(row).title, mean, sd, off, r.error, said, b.blockLength, b.smootherNeighbours,
                         b.mean - r.time, b.residualRms / std::hypot(first.sigma, first.red), b.lag1, b.arOrder,
-                        b.sieve ? " sieve" : "", b.noiseRms / std::hypot(first.sigma, first.red));
+                        b.sieve ? " sieve" : "", b.noiseRms / std::hypot(first.sigma, first.red), (b.p84 - b.p16) / 2);
             continue;
         }
         const DeegKweeResult g = DeegKwee(c.t, c.m, c.n, picks.kwee.first, picks.kwee.last);
