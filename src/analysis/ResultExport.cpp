@@ -47,9 +47,10 @@ QString resultsCsv(const std::vector<ExportRow>& rows)
     return out;
 }
 
-QString ocJsonFields(const OcValue& oc)
+void addOcFields(JsonObject& object, const OcValue& oc)
 {
-    return QStringLiteral("\"cycle\": %1, \"o_c\": %2").arg(jsonNumber(oc.cycle), jsonNumber(oc.days));
+    object.add(QStringLiteral("cycle"), jsonNumber(oc.cycle));
+    object.add(QStringLiteral("o_c"), jsonNumber(oc.days));
 }
 
 } // namespace dip

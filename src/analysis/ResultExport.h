@@ -23,6 +23,7 @@
 //
 // Lines end with "\n". Numbers always have a point, whatever the locale.
 
+#include "analysis/JsonText.h"
 #include "analysis/ResultRow.h"
 
 #include <QString>
@@ -42,8 +43,8 @@ QString cycleText(double cycle);
 // A number with the given decimals and a point; "" when it is not finite.
 QString fixedText(double x, int decimals);
 
-// The fields O - C adds to a result's JSON object, without braces, to be appended after a
-// comma: "cycle": E, "o_c": O - C in days (17 significant digits).
-QString ocJsonFields(const OcValue& oc);
+// The fields O - C adds to a result's JSON object: "cycle": E, "o_c": O - C in days
+// (17 significant digits). The results file and the console's JSON both write them so.
+void addOcFields(JsonObject& object, const OcValue& oc);
 
 } // namespace dip

@@ -34,10 +34,8 @@ QString resultsJson(const std::vector<ExportRow>& rows, const ReportInfo& info,
         r.add(QStringLiteral("error"), jsonNumber(row.error));
         r.add(QStringLiteral("ticked"), row.ticked ? QStringLiteral("true") : QStringLiteral("false"));
         r.add(QStringLiteral("system"), jsonString(timeSystemWord(row.system)));
-        if (row.oc) {
-            r.add(QStringLiteral("cycle"), jsonNumber(row.oc->cycle));
-            r.add(QStringLiteral("o_c"), jsonNumber(row.oc->days));
-        }
+        if (row.oc)
+            addOcFields(r, *row.oc);
         if (row.bootstrapError)
             r.add(QStringLiteral("bootstrap_error"), jsonNumber(*row.bootstrapError));
         if (row.points > 0)

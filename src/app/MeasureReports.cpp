@@ -112,8 +112,7 @@ public:
         const std::optional<ExportRow> r = sessionResult(row.method, Toolkit());
         if (!r || !r->oc)
             return;
-        result.add(QStringLiteral("cycle"), jsonNumber(r->oc->cycle));
-        result.add(QStringLiteral("o_c"), jsonNumber(r->oc->days));
+        addOcFields(result, *r->oc);
     }
 
     QString tableLines(const std::vector<MeasureRow>& rows) const override

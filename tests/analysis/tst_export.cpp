@@ -127,10 +127,14 @@ void TestExport::cycleText()
 
 void TestExport::jsonFieldsParse()
 {
-    const QString fields = ocJsonFields(OcValue{7024.5, 0, -0.0078125});
-    QCOMPARE(fields, QStringLiteral("\"cycle\": 7024.5, \"o_c\": -0.0078125"));
-    // Appended to an object, the fields read back as the values.
-    const QString object = QStringLiteral("{\"method\": 4, ") + ocJsonFields(kweeRow().oc.value()) + QLatin1Char('}');
+    JsonObject half;
+    addOcFields(half, OcValue{7024.5, 0, -0.0078125});
+    QCOMPARE(half.text(), QStringLiteral("{\"cycle\": 7024.5, \"o_c\": -0.0078125}"));
+    // After other fields, they read back as the values.
+    JsonObject kwee;
+    kwee.add(QStringLiteral("method"), QStringLiteral("4"));
+    addOcFields(kwee, kweeRow().oc.value());
+    const QString object = kwee.text();
     QJsonParseError error;
     const QJsonDocument doc = QJsonDocument::fromJson(object.toUtf8(), &error);
     QCOMPARE(error.error, QJsonParseError::NoError);
