@@ -19,8 +19,8 @@
 //   o_c              O - C, days, 8 decimals
 //   o_c_min          O - C, minutes, 5 decimals
 //   points           points the method used
-//   status           "ok", or "skipped: REASON" (the eclipse), "failed: REASON" or
-//                    "not yet: REASON" (the method); quoted like file
+//   status           "ok", or "skipped: REASON" (the eclipse) or "failed: REASON" (the
+//                    method); quoted like file
 //
 // Fields without a value are empty. JSON lines: one object a line with the keys "file",
 // "cycle", "type", "method", "time", "error", "bootstrap_error", "o_c", "o_c_min", "points",

@@ -96,7 +96,6 @@ EclipseRows timeOne(const LightCurve& curve, const QString& file, const BatchSet
             break;
         }
         case MethodOutcome::Status::Failed: row.status = QStringLiteral("failed: ") + outcome.note + said; break;
-        case MethodOutcome::Status::NotYet: row.status = QStringLiteral("not yet: ") + outcome.note; break;
         }
         rows.push_back(row);
     }

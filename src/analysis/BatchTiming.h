@@ -19,8 +19,8 @@ namespace dip {
 
 // What a method made of one window. The time is in the window's times (offset subtracted).
 struct MethodOutcome {
-    enum class Status { Done, Failed, NotYet };
-    Status status = Status::NotYet;
+    enum class Status { Done, Failed };
+    Status status = Status::Failed;
     double time = 0;
     double error = std::numeric_limits<double>::quiet_NaN();
     int points = 0;
@@ -41,7 +41,7 @@ struct BatchRow {
     QString file;
     double cycle = 0;
     int method = 0;
-    // "ok"; "skipped: ..." (the eclipse), "failed: ..." or "not yet: ..." (the method). What the
+    // "ok"; "skipped: ..." (the eclipse) or "failed: ..." (the method). What the
     // method's message boxes said follows "ok" or the failure after "; ".
     QString status;
     bool timed = false; // time, error, oc and points hold the result

@@ -289,7 +289,7 @@ void TestBatch::plotOfTheFirstMethod()
     QCOMPARE(d.axis, OcAxis::Time);
     QCOMPARE(d.timeName, QStringLiteral("HJD"));
     QCOMPARE(d.ephemeris.t0, 0.3);
-    QCOMPARE(d.points.size(), std::size_t(3)); // method 1's; method 5 answered not yet
+    QCOMPARE(d.points.size(), std::size_t(3)); // the first method's (1), one an eclipse
     for (std::size_t i = 0; i < 3; ++i) {
         QCOMPARE(d.points[i].cycle, double(i));
         QVERIFY(std::abs(d.points[i].time - (0.3 + 0.8 * double(i)) - d.points[i].oc) < 1e-12);
