@@ -79,6 +79,7 @@ struct Eclipse {
     double halfDuration = 0;   // from the minimum to the last contact
     bool flat = false;
     double sigma = 0, red = 0, tau = 0; // white and correlated noise, correlation time in spacings
+    double tauTime = 0;                 // the correlation time in days
     int sampling = 0;                   // even, jittered, random
     bool gap = false;
     double width = 0; // w of the profile
@@ -171,6 +172,7 @@ Eclipse simulate(Family family, Draw& d, Draw& noise)
     e.width = w;
     e.red = red;
     e.tau = tau / medianSpacing;
+    e.tauTime = tau;
     e.sampling = sampling;
     e.gap = gap;
     return e;
@@ -317,10 +319,10 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
                   int replicates)
 {
     const int draws = 200;
-    std::printf("eclipse %llu: %s, n %zu, sampling %d%s, noise %.3g + red %.3g (tau %.1f), depth %.3g, "
+    std::printf("eclipse %llu: %s, n %zu, sampling %d%s, noise %.3g + red %.3g (tau %.1f, %.3g d), depth %.3g, "
                 "half-depth width %.4g\n",
                 (unsigned long long)index, first.flat ? "flat" : "gauss", first.t.size(), first.sampling,
-                first.gap ? " gap" : "", first.sigma, first.red, first.tau, first.depth, first.halfDepthWidth);
+                first.gap ? " gap" : "", first.sigma, first.red, first.tau, first.tauTime, first.depth, first.halfDepthWidth);
     const int rows[] = {1, 3, 4, 5, 6, 7};
     for (const int row : rows) {
         std::vector<double> times;
@@ -360,10 +362,10 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
             said = b.error;
             off = r.time - first.truth;
             std::printf("   %-26s bias %+.3g  sd %.3g  | this draw %+.3g, own %.3g, bootstrap %.3g (L %d, k %d, "
-                        "mean %+.3g, rms/noise %.2f, lag1 %.2f, ar %d%s, noise rms/noise %.2f, p84-p16 / 2 %.3g)\n",
+                        "model %.3g + %.3g (tau %.3g), mean %+.3g, rms/noise %.2f, lag1 %.2f, ar %d%s, noise rms/noise %.2f, p84-p16 / 2 %.3g)\n",
                         MethodOfRow(row).title, mean, sd, off, r.error, said, b.blockLength, b.smootherNeighbours,
-                        b.mean - r.time, b.residualRms / std::hypot(first.sigma, first.red), b.lag1, b.arOrder,
-                        b.sieve ? " sieve" : "", b.noiseRms / std::hypot(first.sigma, first.red), (b.p84 - b.p16) / 2);
+                        b.modelWhite, b.modelRed, b.modelTau, b.mean - r.time, b.residualRms / std::hypot(first.sigma, first.red), b.lag1, b.arOrder,
+                        b.modelled ? " modelled" : b.sieve ? " sieve" : "", b.noiseRms / std::hypot(first.sigma, first.red), (b.p84 - b.p16) / 2);
             continue;
         }
         const DeegKweeResult g = DeegKwee(c.t, c.m, c.n, picks.kwee.first, picks.kwee.last);

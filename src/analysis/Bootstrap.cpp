@@ -5,6 +5,7 @@
 #include "analysis/LocalSmoother.h"
 #include "analysis/ReplicateRandom.h"
 #include "methods/kwee/Autoregression.h"
+#include "methods/kwee/NoiseCovariance.h"
 #include "runtime/RuntimeError.h"
 
 #include <algorithm>
@@ -42,6 +43,11 @@ struct Prepared {
     std::vector<double> innovations;
     double noiseRms = 0;
     bool sieve = false;
+    // The modelled noise: its covariance fitted to the reflected differences, and the
+    // innovations a replicate's noise is drawn from; used when it is correlated.
+    NoiseCovariance covariance;
+    std::vector<double> covarianceInnovations;
+    bool modelled = false;
 };
 
 // The autoregression of the series e by Burg's method (Burg 1975): at each order the reflection
@@ -97,6 +103,9 @@ std::vector<double> fitAutoregression(const std::vector<double>& e, int maxOrder
 // reflected curve's slope (a centre a little off the dip's own) is fitted and taken out. Of the two branches the one
 // with more differences is used (the other holds the same differences with the sign changed). When an autoregression
 // finds the differences correlated, its coefficients and innovations go into p for the sieve.
+// The most differences the noise's covariance is fitted to: its cost grows as their cube.
+constexpr std::size_t maximumContrasts = 120;
+
 void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
 {
     const std::size_t n = setup.t.size();
@@ -123,6 +132,7 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     // Per branch: the raw difference, the slope of the reflected curve and the noise scale.
     struct Difference {
         double d, slope, scale;
+        NoiseContrast contrast;
     };
     std::vector<Difference> branch[2];
     for (std::size_t i = 0; i < n; ++i) {
@@ -148,6 +158,9 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
         const double x[3] = {t[a], t[j], t[c]};
         const double y[3] = {m[a], m[j], m[c]};
         double value = 0, slope = 0, weights = 0;
+        NoiseContrast contrast;
+        contrast.times = {t[i], x[0], x[1], x[2]};
+        contrast.weights = {1};
         for (int k = 0; k < 3; ++k) {
             const int q1 = (k + 1) % 3, q2 = (k + 2) % 3;
             const double den = (x[k] - x[q1]) * (x[k] - x[q2]);
@@ -155,8 +168,9 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
             value += l * y[k];
             slope += ((u - x[q1]) + (u - x[q2])) / den * y[k];
             weights += l * l;
+            contrast.weights.push_back(-l);
         }
-        const Difference diff{m[i] - value, slope, std::sqrt(1 + weights)};
+        const Difference diff{m[i] - value, slope, std::sqrt(1 + weights), contrast};
         if (std::isfinite(diff.d) && std::isfinite(diff.slope))
             branch[t[i] < centre ? 0 : 1].push_back(diff);
     }
@@ -174,6 +188,30 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
         e.push_back((x.d - offset * x.slope) / x.scale);
     if (e.size() < 10)
         return;
+
+    // The noise's covariance, fitted to the differences nearest the centre (where the slow
+    // noise cancels most, and a series model fitted to them sees least of it).
+    std::vector<NoiseContrast> contrasts;
+    for (const Difference& x : chosen) {
+        NoiseContrast k = x.contrast;
+        k.value = x.d - offset * x.slope;
+        contrasts.push_back(k);
+    }
+    if (contrasts.size() > maximumContrasts) {
+        const bool leftBranch = &chosen == &branch[0];
+        const std::ptrdiff_t skip = std::ptrdiff_t(contrasts.size() - maximumContrasts);
+        if (leftBranch)
+            contrasts.erase(contrasts.begin(), contrasts.begin() + skip);
+        else
+            contrasts.resize(maximumContrasts);
+    }
+    const NoiseCovarianceFit fit = fitNoiseCovariance(contrasts, spacing[spacing.size() / 2]);
+    if (fit.ok && fit.covariance.correlated()) {
+        p->covariance = fit.covariance;
+        p->covarianceInnovations = fit.innovations;
+        p->modelled = true;
+    }
+
     // Not centred: at the method's time the differences of a symmetric dip have mean zero, and
     // an offset between the branches is the slowest part of the noise, the one that moves a
     // time most.
@@ -218,7 +256,7 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     const double sieveLongRun = innovationVariance / ((1 - sumA) * (1 - sumA));
     const double rho = std::max(0.0, std::min(p->lag1, 0.99));
     const double blockLongRun = p->rms * p->rms * (1 + rho) / (1 - rho);
-    p->sieve = sieveLongRun > blockLongRun;
+    p->sieve = !p->modelled && sieveLongRun > blockLongRun;
 }
 
 QString prepare(const BootstrapSetup& setup, Prepared* p)
@@ -331,6 +369,29 @@ void generate(const Prepared& p, ReplicateRandom& random, std::vector<double>* s
     std::copy(x.begin() + std::ptrdiff_t(burn), x.end(), out->begin());
 }
 
+// One replicate's residuals from the modelled noise at the range's times (in time order
+// through order): white plus the correlated part run through time, both driven by
+// innovations drawn with replacement.
+void generateModelled(const Prepared& p, const std::vector<double>& times, const std::vector<std::size_t>& order,
+                      ReplicateRandom& random, std::vector<double>* out)
+{
+    const NoiseCovariance& c = p.covariance;
+    const std::uint64_t count = p.covarianceInnovations.size();
+    auto draw = [&] { return p.covarianceInnovations[std::size_t(random.below(count))]; };
+    const double white = std::sqrt(c.white), red = std::sqrt(c.red);
+    double slow = 0;
+    for (std::size_t k = 0; k < order.size(); ++k) {
+        const std::size_t i = order[k];
+        if (k == 0) {
+            slow = red * draw();
+        } else {
+            const double rho = std::exp(-(times[i] - times[order[k - 1]]) / c.tau);
+            slow = rho * slow + std::sqrt(1 - rho * rho) * red * draw();
+        }
+        (*out)[i] = white * draw() + slow;
+    }
+}
+
 double percentile(const std::vector<double>& sorted, double q)
 {
     const double x = q * double(sorted.size() - 1);
@@ -379,7 +440,19 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
     result.smootherNeighbours = prepared.neighbours;
     result.arOrder = int(prepared.ar.size());
     result.sieve = prepared.sieve;
+    result.modelled = prepared.modelled;
+    result.modelWhite = std::sqrt(prepared.covariance.white);
+    result.modelRed = std::sqrt(prepared.covariance.red);
+    result.modelTau = prepared.covariance.tau;
     result.noiseRms = prepared.noiseRms;
+
+    // The range's times, and their order in time for the modelled noise.
+    const std::vector<double> rangeTimes(setup.t.begin() + (setup.first - 1), setup.t.begin() + setup.last);
+    std::vector<std::size_t> rangeOrder(rangeTimes.size());
+    for (std::size_t i = 0; i < rangeOrder.size(); ++i)
+        rangeOrder[i] = i;
+    std::stable_sort(rangeOrder.begin(), rangeOrder.end(),
+                     [&](std::size_t a, std::size_t b) { return rangeTimes[a] < rangeTimes[b]; });
 
     const int B = setup.replicates;
     std::vector<Outcome> outcomes(static_cast<std::size_t>(B));
@@ -411,7 +484,9 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
             if (index >= B)
                 break;
             ReplicateRandom random(setup.seed, std::uint64_t(index));
-            if (!prepared.sieve)
+            if (prepared.modelled)
+                generateModelled(prepared, rangeTimes, rangeOrder, random, &drawn);
+            else if (!prepared.sieve)
                 resample(prepared.residuals, prepared.blockLength, random, &drawn);
             else
                 generate(prepared, random, &scratch, &drawn);

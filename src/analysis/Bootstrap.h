@@ -22,14 +22,19 @@
 // time), the noise is also measured on all the used points, without a model: the differences
 // between each point of one branch and the other branch reflected about the centre (read by
 // quadratic interpolation), where the dip's symmetry cancels the light curve and leaves the
-// noise. An autoregression is fitted to them (Burg's method, order by the AIC, its coefficients
-// scaled to the persistence freed of its small-sample bias: Autoregression.h), and where its
-// long-run variance (the slow part of the noise, which is what moves a time) is larger than
-// the range's residuals' (taken as of an AR(1) with their lag-1 correlation), a replicate's
-// residuals are that autoregression run on innovations drawn with replacement (the sieve
-// bootstrap, Buehlmann 1997): correlation over any number of points is kept, and the noise has
-// its full size. Otherwise the range's residuals, which then hold what the model misses besides
-// the noise, are resampled in blocks.
+// noise. Near the centre a difference cancels most of the slow noise too, so the differences
+// are fitted with the covariance they have under a model of the noise, white plus a part
+// correlated over a time tau (NoiseCovariance.h), and where that model finds the noise
+// correlated a replicate's residuals are drawn from it: the correlated part run through the
+// range's times, white and correlated driven by the fit's whitened differences drawn with
+// replacement. Where it finds the noise white, an autoregression is fitted to the differences
+// (Burg's method, order by the AIC, its coefficients scaled to the persistence freed of its
+// small-sample bias: Autoregression.h), and where its long-run variance (the slow part of the
+// noise, which is what moves a time) is larger than the range's residuals' (taken as of an
+// AR(1) with their lag-1 correlation), a replicate's residuals are that autoregression run on
+// innovations drawn with replacement (the sieve bootstrap, Buehlmann 1997). Otherwise the
+// range's residuals, which then hold what the model misses besides the noise, are resampled in
+// blocks.
 //
 // Block length: from the lag-1 autocorrelation rho of the residuals. L = 1 (independent
 // residuals) while rho <= 2 / sqrt(n), white noise within its own scatter; otherwise Carlstein's
@@ -88,9 +93,10 @@ struct BootstrapSetup {
     std::uint64_t seed = 1;
     int blockLength = 0; // 0: from the residuals' lag-1 autocorrelation
     // Noise correlated over more points than a block of the range can hold: with a centre
-    // given, the noise is also measured on all the used points, about the smoother folded about
-    // this time, and where an autoregression finds it correlated the replicates' residuals are
-    // drawn from that autoregression (the sieve bootstrap) instead of in blocks.
+    // given, the noise is also measured on all the used points, as the differences between the
+    // branches reflected about this time, and where it is found correlated the replicates'
+    // residuals are drawn from its fitted covariance (or from an autoregression, the sieve)
+    // instead of in blocks.
     std::optional<double> noiseCentre;
     int threads = 0; // 0: all cores
     // The whole arrays (index 0..1000) every replicate starts from, so that what lies beyond
@@ -129,6 +135,8 @@ struct BootstrapResult {
     double residualRms = 0;     // of the scaled, centred residuals
     int smootherNeighbours = 0; // k of the default smoother; 0 when a model was given
     bool sieve = false;         // the residuals came from the autoregression, not in blocks
+    bool modelled = false;      // the residuals came from the noise's fitted covariance
+    double modelWhite = 0, modelRed = 0, modelTau = 0; // that covariance (standard deviations, time)
     int arOrder = 0;            // order of the autoregression fitted to the reflected differences
     double noiseRms = 0;        // of the residuals of all the used points (with a noise centre)
 

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#include "methods/kwee/NoiseCovariance.h"
+
+#include <cmath>
+#include <cstddef>
+
+namespace dip {
+
+namespace {
+
+// The correlated fractions r / (w + r) and the correlation times (in median spacings) tried.
+constexpr double fractions[] = {0.1, 0.2, 0.35, 0.5, 0.65, 0.8, 0.9, 0.97};
+constexpr double times[] = {0.5, 0.75, 1, 1.5, 2, 3, 4, 6, 8, 12, 17, 25, 35, 50};
+
+// What the correlated model must gain over white noise: two parameters more.
+constexpr double criterionMargin = 4;
+
+// A symmetric n x n matrix, row by row.
+using Matrix = std::vector<double>;
+
+// Cholesky's factor L of K (lower, in place of a copy); false when K is not positive definite.
+bool cholesky(const Matrix& K, std::size_t n, Matrix* L)
+{
+    *L = K;
+    Matrix& a = *L;
+    for (std::size_t j = 0; j < n; ++j) {
+        double d = a[j * n + j];
+        for (std::size_t k = 0; k < j; ++k)
+            d -= a[j * n + k] * a[j * n + k];
+        if (!(d > 0))
+            return false;
+        d = std::sqrt(d);
+        a[j * n + j] = d;
+        for (std::size_t i = j + 1; i < n; ++i) {
+            double s = a[i * n + j];
+            for (std::size_t k = 0; k < j; ++k)
+                s -= a[i * n + k] * a[j * n + k];
+            a[i * n + j] = s / d;
+        }
+    }
+    return true;
+}
+
+// z = L^-1 c.
+std::vector<double> forward(const Matrix& L, std::size_t n, const std::vector<double>& c)
+{
+    std::vector<double> z(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        double s = c[i];
+        for (std::size_t k = 0; k < i; ++k)
+            s -= L[i * n + k] * z[k];
+        z[i] = s / L[i * n + i];
+    }
+    return z;
+}
+
+// -2 log L with the scale profiled out, and that scale; false when K is not positive definite.
+bool criterion(const Matrix& K, std::size_t n, const std::vector<double>& c, double* value, double* scale,
+               std::vector<double>* whitened)
+{
+    Matrix L;
+    if (!cholesky(K, n, &L))
+        return false;
+    const std::vector<double> z = forward(L, n, c);
+    double zz = 0, logDet = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        zz += z[i] * z[i];
+        logDet += 2 * std::log(L[i * n + i]);
+    }
+    const double s = zz / double(n);
+    if (!(s > 0))
+        return false;
+    *value = double(n) * std::log(s) + logDet;
+    *scale = s;
+    if (whitened)
+        *whitened = z;
+    return true;
+}
+
+} // namespace
+
+double NoiseCovariance::operator()(double t1, double t2) const
+{
+    double c = t1 == t2 ? white : 0.0;
+    if (correlated())
+        c += red * std::exp(-std::abs(t1 - t2) / tau);
+    return c;
+}
+
+double NoiseCovariance::between(const NoiseContrast& a, const NoiseContrast& b) const
+{
+    double c = 0;
+    for (std::size_t i = 0; i < a.times.size(); ++i)
+        for (std::size_t j = 0; j < b.times.size(); ++j)
+            c += a.weights[i] * b.weights[j] * (*this)(a.times[i], b.times[j]);
+    return c;
+}
+
+NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing)
+{
+    NoiseCovarianceFit fit;
+    const std::size_t n = contrasts.size();
+    if (n < 10 || !(spacing > 0))
+        return fit;
+    std::vector<double> c(n);
+    for (std::size_t i = 0; i < n; ++i)
+        c[i] = contrasts[i].value;
+
+    // The white part's matrix: the contrasts share noise only where they share points.
+    Matrix W(n * n);
+    NoiseCovariance unitWhite;
+    unitWhite.white = 1;
+    for (std::size_t i = 0; i < n; ++i)
+        for (std::size_t j = 0; j <= i; ++j)
+            W[i * n + j] = W[j * n + i] = unitWhite.between(contrasts[i], contrasts[j]);
+
+    double bestValue = 0, whiteScale = 0;
+    if (!criterion(W, n, c, &bestValue, &whiteScale, nullptr))
+        return fit;
+    const double whiteValue = bestValue;
+    double bestFraction = 0, bestTau = 0;
+
+    Matrix R(n * n), K(n * n);
+    for (const double tauSpacings : times) {
+        NoiseCovariance unitRed;
+        unitRed.red = 1;
+        unitRed.tau = tauSpacings * spacing;
+        for (std::size_t i = 0; i < n; ++i)
+            for (std::size_t j = 0; j <= i; ++j)
+                R[i * n + j] = R[j * n + i] = unitRed.between(contrasts[i], contrasts[j]);
+        for (const double f : fractions) {
+            for (std::size_t k = 0; k < n * n; ++k)
+                K[k] = (1 - f) * W[k] + f * R[k];
+            double value = 0, scale = 0;
+            // Strict comparison: of equal values the first (the shorter, the less correlated) wins.
+            if (criterion(K, n, c, &value, &scale, nullptr) && value < bestValue) {
+                bestValue = value;
+                bestFraction = f;
+                bestTau = unitRed.tau;
+            }
+        }
+    }
+    if (!(whiteValue - bestValue > criterionMargin)) {
+        bestFraction = 0;
+        bestTau = 0;
+    }
+
+    NoiseCovariance unit;
+    unit.white = 1 - bestFraction;
+    unit.red = bestFraction;
+    unit.tau = bestTau;
+    for (std::size_t i = 0; i < n; ++i)
+        for (std::size_t j = 0; j <= i; ++j)
+            K[i * n + j] = K[j * n + i] = unit.between(contrasts[i], contrasts[j]);
+    double value = 0, scale = 0;
+    std::vector<double> z;
+    if (!criterion(K, n, c, &value, &scale, &z))
+        return fit;
+    fit.covariance.white = scale * unit.white;
+    fit.covariance.red = scale * unit.red;
+    fit.covariance.tau = unit.tau;
+    double mean = 0;
+    for (const double x : z)
+        mean += x;
+    mean /= double(n);
+    double square = 0;
+    for (double& x : z) {
+        x -= mean;
+        square += x * x;
+    }
+    if (!(square > 0))
+        return fit;
+    const double norm = std::sqrt(square / double(n));
+    for (double& x : z)
+        x /= norm;
+    fit.innovations = z;
+    fit.ok = true;
+    return fit;
+}
+
+} // namespace dip

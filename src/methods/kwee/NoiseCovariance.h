@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+// Copyright (c) the Dipscope developers
+#pragma once
+
+// The covariance of a light curve's noise, fitted to the differences between the branches of a
+// dip: for the bootstrap's replicates and Deeg's red-noise factor.
+//
+// The model: white noise of variance w at each point plus a correlated part of variance r whose
+// correlation falls as exp(-|dt| / tau) (the Ornstein-Uhlenbeck process, the continuous form of
+// an AR(1), defined at any sampling):
+//     C(dt) = w [same point] + r exp(-|dt| / tau).
+//
+// What it is fitted to: contrasts, each a weighted sum of the noise at a few points. A
+// difference between a point and the other branch reflected about the time of minimum,
+// interpolated, is one: the symmetric dip cancels and the noise remains. Their covariance
+// follows from C exactly, Cov(c_k, c_l) = sum_a sum_b u_ka u_lb C(t_ka - t_lb), also where the
+// partners are interpolated and share points. This matters for slow noise: the difference of a
+// point near the centre with its partner, a few points away, cancels most of the slow noise, so
+// the differences look much less correlated, and smaller, than the noise is. A series model
+// (an autoregression) fitted to them describes the differences; this one describes the noise.
+//
+// The fit: Gaussian maximum likelihood with the overall scale profiled out (for a covariance
+// s K, s = c' K^-1 c / n), over a grid of the correlated fraction r / (w + r) and of tau in
+// median spacings of the points. The correlated model has two parameters more than white noise
+// alone and is kept only when it lowers -2 log L by more than 4 (Akaike's criterion): white
+// noise stays white.
+
+#include <vector>
+
+namespace dip {
+
+// One contrast: sum_k weights[k] noise(times[k]), observed as value.
+struct NoiseContrast {
+    std::vector<double> times;
+    std::vector<double> weights;
+    double value = 0;
+};
+
+struct NoiseCovariance {
+    double white = 0; // variance of the independent part
+    double red = 0;   // variance of the correlated part
+    double tau = 0;   // its correlation time, in the times' unit; 0 when there is none
+
+    bool correlated() const { return red > 0 && tau > 0; }
+    // C(t1 - t2) between the noise at two times; equal times are the same point.
+    double operator()(double t1, double t2) const;
+    // The covariance of two contrasts under this model.
+    double between(const NoiseContrast& a, const NoiseContrast& b) const;
+};
+
+struct NoiseCovarianceFit {
+    bool ok = false; // fitted (at least ten contrasts with some variance)
+    NoiseCovariance covariance;
+    // The contrasts whitened by the fitted covariance (L^-1 c with K = L L'), centred and of
+    // unit mean square: the independent innovations a replicate's noise is drawn from.
+    std::vector<double> innovations;
+};
+
+// spacing: the median spacing of the points, the unit of the grid of tau.
+NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing);
+
+} // namespace dip
