@@ -322,7 +322,8 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
     std::printf("eclipse %llu: %s, n %zu, sampling %d%s, noise %.3g + red %.3g (tau %.1f, %.3g d), depth %.3g, "
                 "half-depth width %.4g\n",
                 (unsigned long long)index, first.flat ? "flat" : "gauss", first.t.size(), first.sampling,
-                first.gap ? " gap" : "", first.sigma, first.red, first.tau, first.tauTime, first.depth, first.halfDepthWidth);
+                first.gap ? " gap" : "", first.sigma, first.red, first.tau, first.tauTime, first.depth,
+                first.halfDepthWidth);
     const int rows[] = {1, 3, 4, 5, 6, 7};
     for (const int row : rows) {
         std::vector<double> times;
@@ -362,10 +363,15 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
             said = b.error;
             off = r.time - first.truth;
             std::printf("   %-26s bias %+.3g  sd %.3g  | this draw %+.3g, own %.3g, bootstrap %.3g (L %d, k %d, "
-                        "model %.3g + %.3g (tau %.3g), mean %+.3g, rms/noise %.2f, lag1 %.2f, ar %d%s, noise rms/noise %.2f, p84-p16 / 2 %.3g)\n",
+                        "model %.3g + %.3g (tau %.3g), mean %+.3g, rms/noise %.2f, lag1 %.2f, ar %d%s, noise rms/noise "
+                        "%.2f, p84-p16 / 2 %.3g)\n",
                         MethodOfRow(row).title, mean, sd, off, r.error, said, b.blockLength, b.smootherNeighbours,
-                        b.modelWhite, b.modelRed, b.modelTau, b.mean - r.time, b.residualRms / std::hypot(first.sigma, first.red), b.lag1, b.arOrder,
-                        b.modelled ? " modelled" : b.sieve ? " sieve" : "", b.noiseRms / std::hypot(first.sigma, first.red), (b.p84 - b.p16) / 2);
+                        std::sqrt(b.noiseCovariance.white), std::sqrt(b.noiseCovariance.red), b.noiseCovariance.tau,
+                        b.mean - r.time, b.residualRms / std::hypot(first.sigma, first.red), b.lag1, b.arOrder,
+                        b.modelled() ? " modelled"
+                        : b.sieve    ? " sieve"
+                                     : "",
+                        b.noiseRms / std::hypot(first.sigma, first.red), (b.p84 - b.p16) / 2);
             continue;
         }
         const DeegKweeResult g = DeegKwee(c.t, c.m, c.n, picks.kwee.first, picks.kwee.last);

@@ -3,9 +3,9 @@
 #include "analysis/Bootstrap.h"
 
 #include "analysis/LocalSmoother.h"
+#include "analysis/NoiseCovariance.h"
 #include "analysis/ReplicateRandom.h"
 #include "methods/kwee/Autoregression.h"
-#include "methods/kwee/NoiseCovariance.h"
 #include "runtime/RuntimeError.h"
 
 #include <algorithm>
@@ -47,7 +47,7 @@ struct Prepared {
     // innovations a replicate's noise is drawn from; used when it is correlated.
     NoiseCovariance covariance;
     std::vector<double> covarianceInnovations;
-    bool modelled = false;
+    bool modelled() const { return covariance.correlated(); }
 };
 
 // The autoregression of the series e by Burg's method (Burg 1975): at each order the reflection
@@ -90,6 +90,9 @@ std::vector<double> fitAutoregression(const std::vector<double>& e, int maxOrder
     return ar.best();
 }
 
+// The most differences the noise's covariance is fitted to: its cost grows as their cube.
+constexpr std::size_t maximumContrasts = 120;
+
 // The noise of all the used points, measured without any model of the dip: each point of a
 // branch is compared with the curve reflected about the centre, read by quadratic interpolation
 // Q through the two observations about 2 centre - t_i and the nearer next one (a straight line
@@ -101,11 +104,9 @@ std::vector<double> fitAutoregression(const std::vector<double>& e, int maxOrder
 // falls outside the curve, across a gap (a bracket wider than three median spacings) or onto
 // the point itself are passed over, and the part of the differences proportional to the
 // reflected curve's slope (a centre a little off the dip's own) is fitted and taken out. Of the two branches the one
-// with more differences is used (the other holds the same differences with the sign changed). When an autoregression
-// finds the differences correlated, its coefficients and innovations go into p for the sieve.
-// The most differences the noise's covariance is fitted to: its cost grows as their cube.
-constexpr std::size_t maximumContrasts = 120;
-
+// with more differences is used (the other holds the same differences with the sign changed). When the noise's
+// covariance fitted to them is correlated, it goes into p for the modelled noise; otherwise, when an
+// autoregression finds the differences correlated, its coefficients and innovations go into p for the sieve.
 void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
 {
     const std::size_t n = setup.t.size();
@@ -129,10 +130,11 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     std::nth_element(spacing.begin(), spacing.begin() + std::ptrdiff_t(spacing.size() / 2), spacing.end());
     const double widest = 3 * spacing[spacing.size() / 2];
 
-    // Per branch: the raw difference, the slope of the reflected curve and the noise scale.
+    // Per branch: the raw difference as a contrast of the noise (the point less the
+    // interpolation weights on its partners) and the slope of the reflected curve.
     struct Difference {
-        double d, slope, scale;
         NoiseContrast contrast;
+        double slope;
     };
     std::vector<Difference> branch[2];
     for (std::size_t i = 0; i < n; ++i) {
@@ -157,7 +159,7 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
             continue;
         const double x[3] = {t[a], t[j], t[c]};
         const double y[3] = {m[a], m[j], m[c]};
-        double value = 0, slope = 0, weights = 0;
+        double value = 0, slope = 0;
         NoiseContrast contrast;
         contrast.times = {t[i], x[0], x[1], x[2]};
         contrast.weights = {1};
@@ -167,11 +169,11 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
             const double l = (u - x[q1]) * (u - x[q2]) / den;
             value += l * y[k];
             slope += ((u - x[q1]) + (u - x[q2])) / den * y[k];
-            weights += l * l;
             contrast.weights.push_back(-l);
         }
-        const Difference diff{m[i] - value, slope, std::sqrt(1 + weights), contrast};
-        if (std::isfinite(diff.d) && std::isfinite(diff.slope))
+        contrast.value = m[i] - value;
+        const Difference diff{contrast, slope};
+        if (std::isfinite(contrast.value) && std::isfinite(slope))
             branch[t[i] < centre ? 0 : 1].push_back(diff);
     }
     const std::vector<Difference>& chosen = branch[0].size() >= branch[1].size() ? branch[0] : branch[1];
@@ -179,24 +181,27 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     // that part, fitted by least squares, is the time's offset, not noise, and is taken out.
     double dg = 0, gg = 0;
     for (const Difference& x : chosen) {
-        dg += x.d * x.slope;
+        dg += x.contrast.value * x.slope;
         gg += x.slope * x.slope;
     }
     const double offset = gg > 0 ? dg / gg : 0;
+    // The differences less that part, as contrasts and scaled to one point's noise (e).
+    std::vector<NoiseContrast> contrasts;
     std::vector<double> e;
-    for (const Difference& x : chosen)
-        e.push_back((x.d - offset * x.slope) / x.scale);
+    for (const Difference& x : chosen) {
+        NoiseContrast k = x.contrast;
+        k.value -= offset * x.slope;
+        double norm = 0;
+        for (const double w : k.weights)
+            norm += w * w;
+        e.push_back(k.value / std::sqrt(norm));
+        contrasts.push_back(k);
+    }
     if (e.size() < 10)
         return;
 
     // The noise's covariance, fitted to the differences nearest the centre (where the slow
     // noise cancels most, and a series model fitted to them sees least of it).
-    std::vector<NoiseContrast> contrasts;
-    for (const Difference& x : chosen) {
-        NoiseContrast k = x.contrast;
-        k.value = x.d - offset * x.slope;
-        contrasts.push_back(k);
-    }
     if (contrasts.size() > maximumContrasts) {
         const bool leftBranch = &chosen == &branch[0];
         const std::ptrdiff_t skip = std::ptrdiff_t(contrasts.size() - maximumContrasts);
@@ -206,10 +211,9 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
             contrasts.resize(maximumContrasts);
     }
     const NoiseCovarianceFit fit = fitNoiseCovariance(contrasts, spacing[spacing.size() / 2]);
-    if (fit.ok && fit.covariance.correlated()) {
+    if (fit.ok) {
         p->covariance = fit.covariance;
         p->covarianceInnovations = fit.innovations;
-        p->modelled = true;
     }
 
     // Not centred: at the method's time the differences of a symmetric dip have mean zero, and
@@ -256,7 +260,7 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     const double sieveLongRun = innovationVariance / ((1 - sumA) * (1 - sumA));
     const double rho = std::max(0.0, std::min(p->lag1, 0.99));
     const double blockLongRun = p->rms * p->rms * (1 + rho) / (1 - rho);
-    p->sieve = !p->modelled && sieveLongRun > blockLongRun;
+    p->sieve = !p->modelled() && sieveLongRun > blockLongRun;
 }
 
 QString prepare(const BootstrapSetup& setup, Prepared* p)
@@ -440,10 +444,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
     result.smootherNeighbours = prepared.neighbours;
     result.arOrder = int(prepared.ar.size());
     result.sieve = prepared.sieve;
-    result.modelled = prepared.modelled;
-    result.modelWhite = std::sqrt(prepared.covariance.white);
-    result.modelRed = std::sqrt(prepared.covariance.red);
-    result.modelTau = prepared.covariance.tau;
+    result.noiseCovariance = prepared.covariance;
     result.noiseRms = prepared.noiseRms;
 
     // The range's times, and their order in time for the modelled noise.
@@ -484,7 +485,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
             if (index >= B)
                 break;
             ReplicateRandom random(setup.seed, std::uint64_t(index));
-            if (prepared.modelled)
+            if (prepared.modelled())
                 generateModelled(prepared, rangeTimes, rangeOrder, random, &drawn);
             else if (!prepared.sieve)
                 resample(prepared.residuals, prepared.blockLength, random, &drawn);

@@ -47,6 +47,7 @@
 // error, or gives no result, is counted as a failure (by error number) and never stops the
 // others.
 
+#include "analysis/NoiseCovariance.h"
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
 #include "session/Curve.h"
@@ -135,12 +136,14 @@ struct BootstrapResult {
     double residualRms = 0;     // of the scaled, centred residuals
     int smootherNeighbours = 0; // k of the default smoother; 0 when a model was given
     bool sieve = false;         // the residuals came from the autoregression, not in blocks
-    bool modelled = false;      // the residuals came from the noise's fitted covariance
-    double modelWhite = 0, modelRed = 0, modelTau = 0; // that covariance (standard deviations, time)
-    int arOrder = 0;            // order of the autoregression fitted to the reflected differences
-    double noiseRms = 0;        // of the residuals of all the used points (with a noise centre)
+    // The noise's covariance fitted to the reflected differences (with a noise centre); the
+    // residuals came from it where it is correlated.
+    NoiseCovariance noiseCovariance;
+    int arOrder = 0;     // order of the autoregression fitted to the reflected differences
+    double noiseRms = 0; // of the residuals of all the used points (with a noise centre)
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
+    bool modelled() const { return noiseCovariance.correlated(); }
 };
 
 // How long the calling thread waits for a replicate to end before it reports progress anyway:

@@ -60,6 +60,17 @@ BootstrapSetup setupOf(const std::vector<double>& t, const std::vector<double>& 
     return s;
 }
 
+// The 41 points about the minimum at 0.5 of a curve of 401 over 0.4 .. 0.6, with the range's
+// smoother folded about the minimum.
+BootstrapSetup centralSetupOf(const std::vector<double>& t, const std::vector<double>& m)
+{
+    BootstrapSetup s = setupOf(t, m);
+    s.first = 181;
+    s.last = 221;
+    s.foldCentre = 0.5;
+    return s;
+}
+
 bool sameDigits(const std::vector<double>& a, const std::vector<double>& b)
 {
     return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
@@ -414,6 +425,23 @@ private Q_SLOTS:
                  qPrintable(QStringLiteral("%1 %2").arg(blocks.error).arg(single.error)));
     }
 
+    // White noise measured on the whole curve stays white: the fitted covariance has no
+    // correlated part, its white part is the noise's, and the range's residuals are resampled.
+    void whiteNoiseOfTheWholeCurveNotModelled()
+    {
+        std::mt19937_64 rng(29);
+        const std::vector<double> t = test::evenTimes(0.4, 0.6, 401);
+        BootstrapSetup s = centralSetupOf(t, parabolaDip(t, 0.5, 0.01, rng));
+        s.noiseCentre = 0.5;
+        s.replicates = 50;
+        const BootstrapResult r = runBootstrap(s, parabolaTime);
+        QVERIFY(r.valid());
+        QVERIFY(!r.modelled());
+        QCOMPARE(r.noiseCovariance.red, 0.0);
+        QVERIFY2(std::abs(std::sqrt(r.noiseCovariance.white) / 0.01 - 1) < 0.2,
+                 qPrintable(QString::number(std::sqrt(r.noiseCovariance.white))));
+    }
+
     // Noise correlated over about ten points, a range of 41 points in a curve of 401: the
     // residuals of the range about its smoother hold too little of the slow noise to resample;
     // measured on the whole curve, as the differences between its branches, the noise's
@@ -432,10 +460,7 @@ private Q_SLOTS:
             return m;
         };
         auto setupFor = [&](const std::vector<double>& m) {
-            BootstrapSetup s = setupOf(t, m);
-            s.first = 181;
-            s.last = 221;
-            s.foldCentre = 0.5; // the smoother of the range folded about the minimum
+            BootstrapSetup s = centralSetupOf(t, m);
             s.replicates = 200;
             return s;
         };
@@ -464,8 +489,8 @@ private Q_SLOTS:
             s.noiseCentre = 0.5;
             const BootstrapResult r = runBootstrap(s, parabolaTime);
             QVERIFY(b.valid() && r.valid());
-            QVERIFY(!b.sieve && !b.modelled);
-            if (r.modelled)
+            QVERIFY(!b.sieve && !b.modelled());
+            if (r.modelled())
                 ++modelled;
             whole += r.error;
             blocks += b.error;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 
-#include "methods/kwee/NoiseCovariance.h"
+#include "analysis/NoiseCovariance.h"
 
 #include <QtTest>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "methods/kwee/NoiseCovariance.h"
+#include "analysis/NoiseCovariance.h"
 
 #include <cmath>
 #include <cstddef>

@@ -3,7 +3,7 @@
 #pragma once
 
 // The covariance of a light curve's noise, fitted to the differences between the branches of a
-// dip: for the bootstrap's replicates and Deeg's red-noise factor.
+// dip: the bootstrap draws its replicates' noise from it.
 //
 // The model: white noise of variance w at each point plus a correlated part of variance r whose
 // correlation falls as exp(-|dt| / tau) (the Ornstein-Uhlenbeck process, the continuous form of
