@@ -43,11 +43,10 @@ struct Prepared {
     std::vector<double> innovations;
     double noiseRms = 0;
     bool sieve = false;
-    // The modelled noise: its covariance fitted to the reflected differences, and the
-    // innovations a replicate's noise is drawn from; used when it is correlated.
-    NoiseCovariance covariance;
-    std::vector<double> covarianceInnovations;
-    bool modelled() const { return covariance.correlated(); }
+    // The modelled noise: its covariance fitted to the reflected differences, the plausible
+    // ones a replicate's is drawn from, and the innovations that drive it; used when it is correlated.
+    NoiseCovarianceFit noise;
+    bool modelled() const { return noise.covariance.correlated(); }
 };
 
 // The autoregression of the series e by Burg's method (Burg 1975): at each order the reflection
@@ -210,11 +209,9 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
         else
             contrasts.resize(maximumContrasts);
     }
-    const NoiseCovarianceFit fit = fitNoiseCovariance(contrasts, spacing[spacing.size() / 2]);
-    if (fit.ok) {
-        p->covariance = fit.covariance;
-        p->covarianceInnovations = fit.innovations;
-    }
+    NoiseCovarianceFit fit = fitNoiseCovariance(contrasts, spacing[spacing.size() / 2]);
+    if (fit.ok)
+        p->noise = std::move(fit);
 
     // Not centred: at the method's time the differences of a symmetric dip have mean zero, and
     // an offset between the branches is the slowest part of the noise, the one that moves a
@@ -373,15 +370,26 @@ void generate(const Prepared& p, ReplicateRandom& random, std::vector<double>* s
     std::copy(x.begin() + std::ptrdiff_t(burn), x.end(), out->begin());
 }
 
+// A normal number from two uniform ones (Box and Muller).
+double normalFrom(ReplicateRandom& random)
+{
+    double u = random.uniform();
+    while (!(u > 0))
+        u = random.uniform();
+    return std::sqrt(-2 * std::log(u)) * std::cos(6.283185307179586 * random.uniform());
+}
+
 // One replicate's residuals from the modelled noise at the range's times (in time order
-// through order): white plus the correlated part run through time, both driven by
-// innovations drawn with replacement.
+// through order): a covariance drawn from the plausible ones, its white part plus its
+// correlated part run through time, both driven by innovations drawn with replacement.
 void generateModelled(const Prepared& p, const std::vector<double>& times, const std::vector<std::size_t>& order,
                       ReplicateRandom& random, std::vector<double>* out)
 {
-    const NoiseCovariance& c = p.covariance;
-    const std::uint64_t count = p.covarianceInnovations.size();
-    auto draw = [&] { return p.covarianceInnovations[std::size_t(random.below(count))]; };
+    const double u = random.uniform();
+    const NoiseCovariance c = p.noise.draw(u, normalFrom(random));
+    const std::vector<double>& innovations = p.noise.innovations;
+    const std::uint64_t count = innovations.size();
+    auto draw = [&] { return innovations[std::size_t(random.below(count))]; };
     const double white = std::sqrt(c.white), red = std::sqrt(c.red);
     double slow = 0;
     for (std::size_t k = 0; k < order.size(); ++k) {
@@ -444,7 +452,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
     result.smootherNeighbours = prepared.neighbours;
     result.arOrder = int(prepared.ar.size());
     result.sieve = prepared.sieve;
-    result.noiseCovariance = prepared.covariance;
+    result.noiseCovariance = prepared.noise.covariance;
     result.noiseRms = prepared.noiseRms;
 
     // The range's times, and their order in time for the modelled noise.

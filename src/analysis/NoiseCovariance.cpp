@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/NoiseCovariance.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -11,10 +12,13 @@ namespace {
 
 // The correlated fractions r / (w + r) and the correlation times (in median spacings) tried.
 constexpr double fractions[] = {0.1, 0.2, 0.35, 0.5, 0.65, 0.8, 0.9, 0.97};
-constexpr double times[] = {0.5, 0.75, 1, 1.5, 2, 3, 4, 6, 8, 12, 17, 25, 35, 50};
+constexpr double times[] = {0.5, 0.75, 1, 1.5, 2, 3, 4, 6, 8, 12, 17, 25, 35, 50, 70, 100};
 
 // What the correlated model must gain over white noise: two parameters more.
 constexpr double criterionMargin = 4;
+
+// A cell of the grid this much less likely than the best is ruled out.
+constexpr double negligibleWeight = 1e-3;
 
 // A symmetric n x n matrix, row by row.
 using Matrix = std::vector<double>;
@@ -97,6 +101,24 @@ double NoiseCovariance::between(const NoiseContrast& a, const NoiseContrast& b) 
     return c;
 }
 
+NoiseCovariance NoiseCovarianceFit::draw(double u, double z) const
+{
+    if (plausible.empty())
+        return covariance;
+    const double target = u * cumulativeWeights.back();
+    const std::size_t k =
+        std::min(std::size_t(std::upper_bound(cumulativeWeights.begin(), cumulativeWeights.end(), target) -
+                             cumulativeWeights.begin()),
+                 plausible.size() - 1);
+    NoiseCovariance c = plausible[k];
+    const double a = 2.0 / (9 * double(contrasts));
+    const double q = std::max(1 - a + z * std::sqrt(a), 0.2);
+    const double chiOverN = q * q * q;
+    c.white /= chiOverN;
+    c.red /= chiOverN;
+    return c;
+}
+
 NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing)
 {
     NoiseCovarianceFit fit;
@@ -121,6 +143,11 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
     const double whiteValue = bestValue;
     double bestFraction = 0, bestTau = 0;
 
+    struct Cell {
+        NoiseCovariance covariance;
+        double value;
+    };
+    std::vector<Cell> cells;
     Matrix R(n * n), K(n * n);
     for (const double tauSpacings : times) {
         NoiseCovariance unitRed;
@@ -133,8 +160,15 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
             for (std::size_t k = 0; k < n * n; ++k)
                 K[k] = (1 - f) * W[k] + f * R[k];
             double value = 0, scale = 0;
+            if (!criterion(K, n, c, &value, &scale, nullptr))
+                continue;
+            NoiseCovariance cell;
+            cell.white = scale * (1 - f);
+            cell.red = scale * f;
+            cell.tau = unitRed.tau;
+            cells.push_back({cell, value});
             // Strict comparison: of equal values the first (the shorter, the less correlated) wins.
-            if (criterion(K, n, c, &value, &scale, nullptr) && value < bestValue) {
+            if (value < bestValue) {
                 bestValue = value;
                 bestFraction = f;
                 bestTau = unitRed.tau;
@@ -175,6 +209,18 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
     for (double& x : z)
         x /= norm;
     fit.innovations = z;
+    if (fit.covariance.correlated()) {
+        double total = 0;
+        for (const Cell& cell : cells) {
+            const double weight = std::exp(-(cell.value - value) / 2);
+            if (!(weight > negligibleWeight))
+                continue;
+            total += weight;
+            fit.plausible.push_back(cell.covariance);
+            fit.cumulativeWeights.push_back(total);
+        }
+    }
+    fit.contrasts = int(n);
     fit.ok = true;
     return fit;
 }

@@ -24,6 +24,13 @@
 // median spacings of the points. The correlated model has two parameters more than white noise
 // alone and is kept only when it lowers -2 log L by more than 4 (Akaike's criterion): white
 // noise stays white.
+//
+// The doubt: on a short curve the differences cannot pin the correlation time down, and a
+// replicate drawn from the best covariance alone is too sure of it (a time moved by slow noise
+// is then given too small an error). So where the noise is correlated, the fit also keeps every
+// cell of the grid the data do not rule out, weighted by its likelihood relative to the best,
+// exp(-delta / 2), and each replicate draws its covariance from them, its scale divided by a
+// draw of chi^2_n / n (the doubt of a variance from n whitened contrasts).
 
 #include <vector>
 
@@ -54,6 +61,16 @@ struct NoiseCovarianceFit {
     // The contrasts whitened by the fitted covariance (L^-1 c with K = L L'), centred and of
     // unit mean square: the independent innovations a replicate's noise is drawn from.
     std::vector<double> innovations;
+    // Where the noise is correlated: the plausible covariances of the grid (each with its own
+    // scale) and their likelihood weights summed up as they go; and the contrasts' count.
+    std::vector<NoiseCovariance> plausible;
+    std::vector<double> cumulativeWeights;
+    int contrasts = 0;
+
+    // One replicate's covariance from a uniform number u in [0, 1) and a normal one z: the
+    // plausible covariance u falls on, its scale divided by chi^2_n / n from z (Wilson and
+    // Hilferty's cube, kept at 0.008 or more). The fitted covariance itself where the noise is white.
+    NoiseCovariance draw(double u, double z) const;
 };
 
 // spacing: the median spacing of the points, the unit of the grid of tau.

@@ -115,6 +115,87 @@ private Q_SLOTS:
         QVERIFY2(tau >= 4 && tau <= 16, qPrintable(found));
     }
 
+    // Where the noise is correlated the fit keeps the plausible covariances, the best among
+    // them with weight 1; the fewer the differences, the wider their correlation times spread
+    // (the weighted spread of log tau over 30 draws, from 30 and from 120 differences).
+    void doubtShrinksWithData()
+    {
+        std::mt19937_64 rng(29);
+        auto spread = [](const NoiseCovarianceFit& fit) {
+            double total = 0, mean = 0, square = 0, previous = 0;
+            for (std::size_t k = 0; k < fit.plausible.size(); ++k) {
+                const double w = fit.cumulativeWeights[k] - previous;
+                previous = fit.cumulativeWeights[k];
+                const double x = std::log(fit.plausible[k].tau);
+                total += w;
+                mean += w * x;
+                square += w * x * x;
+            }
+            mean /= total;
+            return std::sqrt(std::max(0.0, square / total - mean * mean));
+        };
+        double fewSpread = 0, manySpread = 0;
+        int few = 0, many = 0;
+        for (int k = 0; k < 30; ++k) {
+            const std::vector<double> e = noiseOf(301, 0.005, 0.01, 6, rng);
+            for (const int count : {30, 120}) {
+                const NoiseCovarianceFit fit = fitNoiseCovariance(reflected(e, 150, count), 1);
+                QVERIFY(fit.ok);
+                if (!fit.covariance.correlated()) {
+                    QVERIFY(fit.plausible.empty());
+                    continue;
+                }
+                QCOMPARE(fit.contrasts, count);
+                QCOMPARE(fit.plausible.size(), fit.cumulativeWeights.size());
+                QVERIFY(fit.cumulativeWeights.back() >= 1);
+                QVERIFY(std::is_sorted(fit.cumulativeWeights.begin(), fit.cumulativeWeights.end()));
+                bool bestKept = false;
+                for (const NoiseCovariance& c : fit.plausible)
+                    bestKept =
+                        bestKept || (c.tau == fit.covariance.tau && std::abs(c.red / fit.covariance.red - 1) < 1e-9);
+                QVERIFY(bestKept);
+                (count == 30 ? fewSpread : manySpread) += spread(fit);
+                ++(count == 30 ? few : many);
+            }
+        }
+        QVERIFY(few >= 10 && many >= 25);
+        fewSpread /= few;
+        manySpread /= many;
+        QVERIFY2(
+            fewSpread > 1.3 * manySpread,
+            qPrintable(QStringLiteral("spread of log tau: 30 differences %1, 120 %2").arg(fewSpread).arg(manySpread)));
+    }
+
+    // A replicate's covariance: the plausible one the uniform number falls on by weight, its
+    // scale divided by chi^2_n / n at the normal number (Wilson and Hilferty: at z = 0,
+    // (1 - 2 / 9n)^3), at most 125 times; white noise's fitted covariance as it is.
+    void drawByWeightAndScale()
+    {
+        NoiseCovarianceFit fit;
+        fit.covariance.white = 1;
+        QCOMPARE(fit.draw(0.7, 3).white, 1.0);
+        QCOMPARE(fit.draw(0.7, 3).red, 0.0);
+
+        NoiseCovariance a, b;
+        a.white = 1;
+        a.red = 2;
+        a.tau = 3;
+        b.white = 0.5;
+        b.red = 4;
+        b.tau = 12;
+        fit.covariance = a;
+        fit.plausible = {a, b};
+        fit.cumulativeWeights = {1, 4};
+        fit.contrasts = 10;
+        const double atZero = std::pow(1 - 2.0 / 90, 3);
+        QCOMPARE(fit.draw(0.2, 0).tau, 3.0);
+        QCOMPARE(fit.draw(0.2, 0).red, 2 / atZero);
+        QCOMPARE(fit.draw(0.3, 0).tau, 12.0);
+        QCOMPARE(fit.draw(0.3, 0).white, 0.5 / atZero);
+        QCOMPARE(fit.draw(0.99, -20).red, 4 / 0.008);
+        QVERIFY(fit.draw(0.99, 2).red < 4);
+    }
+
     // The innovations the replicates are drawn from: centred, of unit mean square.
     void innovationsStandardised()
     {
