@@ -111,7 +111,8 @@ NoiseCovariance NoiseCovarianceFit::draw(double u, double z) const
                              cumulativeWeights.begin()),
                  plausible.size() - 1);
     NoiseCovariance c = plausible[k];
-    const double a = 2.0 / (9 * double(contrasts));
+    // One innovation per contrast fitted: n of them.
+    const double a = 2.0 / (9 * double(innovations.size()));
     const double q = std::max(1 - a + z * std::sqrt(a), 0.2);
     const double chiOverN = q * q * q;
     c.white /= chiOverN;
@@ -220,7 +221,6 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
             fit.cumulativeWeights.push_back(total);
         }
     }
-    fit.contrasts = int(n);
     fit.ok = true;
     return fit;
 }

@@ -62,13 +62,13 @@ struct NoiseCovarianceFit {
     // unit mean square: the independent innovations a replicate's noise is drawn from.
     std::vector<double> innovations;
     // Where the noise is correlated: the plausible covariances of the grid (each with its own
-    // scale) and their likelihood weights summed up as they go; and the contrasts' count.
+    // scale) and their likelihood weights summed up as they go.
     std::vector<NoiseCovariance> plausible;
     std::vector<double> cumulativeWeights;
-    int contrasts = 0;
 
     // One replicate's covariance from a uniform number u in [0, 1) and a normal one z: the
-    // plausible covariance u falls on, its scale divided by chi^2_n / n from z (Wilson and
+    // plausible covariance u falls on, its scale divided by chi^2_n / n from z, n the contrasts
+    // fitted (Wilson and
     // Hilferty's cube, kept at 0.008 or more). The fitted covariance itself where the noise is white.
     NoiseCovariance draw(double u, double z) const;
 };

@@ -62,6 +62,20 @@ BootstrapSetup setupOf(const std::vector<double>& t, const std::vector<double>& 
 
 // The 41 points about the minimum at 0.5 of a curve of 401 over 0.4 .. 0.6, with the range's
 // smoother folded about the minimum.
+// The setup's light curve as a method sees it, with its range.
+ResampledCurve curveOf(const BootstrapSetup& s)
+{
+    ResampledCurve c;
+    c.count = rt::Integer(s.t.size());
+    c.first = rt::Integer(s.first);
+    c.last = rt::Integer(s.last);
+    for (std::size_t i = 0; i < s.t.size(); ++i) {
+        c.t(long(i) + 1) = s.t[i];
+        c.m(long(i) + 1) = s.m[i];
+    }
+    return c;
+}
+
 BootstrapSetup centralSetupOf(const std::vector<double>& t, const std::vector<double>& m)
 {
     BootstrapSetup s = setupOf(t, m);
@@ -160,15 +174,7 @@ private Q_SLOTS:
         std::vector<double> times;
         for (int k = 0; k < 400; ++k) {
             BootstrapSetup s = setupOf(t, curve(rng));
-            ResampledCurve c;
-            c.count = rt::Integer(t.size());
-            c.first = 1;
-            c.last = c.count;
-            for (std::size_t i = 0; i < t.size(); ++i) {
-                c.t(long(i) + 1) = s.t[i];
-                c.m(long(i) + 1) = s.m[i];
-            }
-            times.push_back(*timeOf(c));
+            times.push_back(*timeOf(curveOf(s)));
         }
         const double scatter = standardDeviation(times);
 
@@ -467,15 +473,7 @@ private Q_SLOTS:
         std::vector<double> times;
         for (int k = 0; k < 400; ++k) {
             const BootstrapSetup s = setupFor(curve(rng));
-            ResampledCurve c;
-            c.count = rt::Integer(t.size());
-            c.first = rt::Integer(s.first);
-            c.last = rt::Integer(s.last);
-            for (std::size_t i = 0; i < t.size(); ++i) {
-                c.t(long(i) + 1) = s.t[i];
-                c.m(long(i) + 1) = s.m[i];
-            }
-            times.push_back(*parabolaTime(c));
+            times.push_back(*parabolaTime(curveOf(s)));
         }
         const double scatter = standardDeviation(times);
 
@@ -524,17 +522,7 @@ private Q_SLOTS:
                 m[i] += e[i];
             return m;
         };
-        auto timeOf = [&](const std::vector<double>& m) {
-            ResampledCurve c;
-            c.count = rt::Integer(t.size());
-            c.first = 1;
-            c.last = rt::Integer(t.size());
-            for (std::size_t i = 0; i < t.size(); ++i) {
-                c.t(long(i) + 1) = t[i];
-                c.m(long(i) + 1) = m[i];
-            }
-            return *parabolaTime(c);
-        };
+        auto timeOf = [&](const std::vector<double>& m) { return *parabolaTime(curveOf(setupOf(t, m))); };
         std::vector<double> times;
         for (int k = 0; k < 400; ++k)
             times.push_back(timeOf(curve(rng)));

@@ -145,7 +145,7 @@ private Q_SLOTS:
                     QVERIFY(fit.plausible.empty());
                     continue;
                 }
-                QCOMPARE(fit.contrasts, count);
+                QCOMPARE(int(fit.innovations.size()), count);
                 QCOMPARE(fit.plausible.size(), fit.cumulativeWeights.size());
                 QVERIFY(fit.cumulativeWeights.back() >= 1);
                 QVERIFY(std::is_sorted(fit.cumulativeWeights.begin(), fit.cumulativeWeights.end()));
@@ -186,7 +186,7 @@ private Q_SLOTS:
         fit.covariance = a;
         fit.plausible = {a, b};
         fit.cumulativeWeights = {1, 4};
-        fit.contrasts = 10;
+        fit.innovations.assign(10, 0.0); // ten contrasts fitted
         const double atZero = std::pow(1 - 2.0 / 90, 3);
         QCOMPARE(fit.draw(0.2, 0).tau, 3.0);
         QCOMPARE(fit.draw(0.2, 0).red, 2 / atZero);
