@@ -68,8 +68,8 @@ struct NoiseCovarianceFit {
 
     // One replicate's covariance from a uniform number u in [0, 1) and a normal one z: the
     // plausible covariance u falls on, its scale divided by chi^2_n / n from z, n the contrasts
-    // fitted (Wilson and
-    // Hilferty's cube, kept at 0.008 or more). The fitted covariance itself where the noise is white.
+    // fitted (Wilson and Hilferty's cube, kept at 0.008 or more). The fitted covariance itself
+    // where the noise is white.
     NoiseCovariance draw(double u, double z) const;
 };
 
