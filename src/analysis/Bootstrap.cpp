@@ -102,7 +102,8 @@ constexpr std::size_t maximumContrasts = 120;
 // little of it to resample; the reflected difference leaves all of it. Points whose partner
 // falls outside the curve, across a gap (a bracket wider than three median spacings) or onto
 // the point itself are passed over, and the part of the differences proportional to the
-// reflected curve's slope (a centre a little off the dip's own) is fitted and taken out. Of the two branches the one
+// reflected curve's slope (a centre a little off the dip's own) is fitted and taken out; the
+// covariance fit is told so through each difference's drift. Of the two branches the one
 // with more differences is used (the other holds the same differences with the sign changed). When the noise's
 // covariance fitted to them is correlated, it goes into p for the modelled noise; otherwise, when an
 // autoregression finds the differences correlated, its coefficients and innovations go into p for the sieve.
@@ -190,6 +191,7 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     for (const Difference& x : chosen) {
         NoiseContrast k = x.contrast;
         k.value -= offset * x.slope;
+        k.drift = x.slope;
         double norm = 0;
         for (const double w : k.weights)
             norm += w * w;

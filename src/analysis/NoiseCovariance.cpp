@@ -60,22 +60,45 @@ std::vector<double> forward(const Matrix& L, std::size_t n, const std::vector<do
 }
 
 // -2 log L with the scale profiled out, and that scale; false when K is not positive definite.
-bool criterion(const Matrix& K, std::size_t n, const std::vector<double>& c, double* value, double* scale,
-               std::vector<double>* whitened)
+// With drifts g (non-empty) the likelihood is the restricted one, of the contrasts' part free of
+// g: the centre was fitted to the data and took up their part along g, which holds much of the
+// slow noise. With h = L^-1 g, the remaining square is z'z - (z'h)^2 / h'h over n - 1 degrees
+// of freedom, and log h'h joins log det K. Its whitened contrasts are those with the part along
+// h taken out. plain: the ordinary -2 log L of the contrasts as they are (the same without drifts).
+bool criterion(const Matrix& K, std::size_t n, const std::vector<double>& c, const std::vector<double>& g,
+               double* value, double* scale, std::vector<double>* whitened, double* plain = nullptr)
 {
     Matrix L;
     if (!cholesky(K, n, &L))
         return false;
-    const std::vector<double> z = forward(L, n, c);
+    std::vector<double> z = forward(L, n, c);
     double zz = 0, logDet = 0;
     for (std::size_t i = 0; i < n; ++i) {
         zz += z[i] * z[i];
         logDet += 2 * std::log(L[i * n + i]);
     }
-    const double s = zz / double(n);
+    if (plain)
+        *plain = double(n) * std::log(zz / double(n)) + logDet;
+    double dof = double(n);
+    if (!g.empty()) {
+        const std::vector<double> h = forward(L, n, g);
+        double zh = 0, hh = 0;
+        for (std::size_t i = 0; i < n; ++i) {
+            zh += z[i] * h[i];
+            hh += h[i] * h[i];
+        }
+        if (!(hh > 0))
+            return false;
+        zz -= zh * zh / hh;
+        logDet += std::log(hh);
+        dof -= 1;
+        for (std::size_t i = 0; i < n; ++i)
+            z[i] -= zh / hh * h[i];
+    }
+    const double s = zz / dof;
     if (!(s > 0))
         return false;
-    *value = double(n) * std::log(s) + logDet;
+    *value = dof * std::log(s) + logDet;
     *scale = s;
     if (whitened)
         *whitened = z;
@@ -126,9 +149,15 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
     const std::size_t n = contrasts.size();
     if (n < 10 || !(spacing > 0))
         return fit;
-    std::vector<double> c(n);
-    for (std::size_t i = 0; i < n; ++i)
+    std::vector<double> c(n), g(n);
+    bool drifts = false;
+    for (std::size_t i = 0; i < n; ++i) {
         c[i] = contrasts[i].value;
+        g[i] = contrasts[i].drift;
+        drifts = drifts || g[i] != 0;
+    }
+    if (!drifts)
+        g.clear();
 
     // The white part's matrix: the contrasts share noise only where they share points.
     Matrix W(n * n);
@@ -138,10 +167,14 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
         for (std::size_t j = 0; j <= i; ++j)
             W[i * n + j] = W[j * n + i] = unitWhite.between(contrasts[i], contrasts[j]);
 
-    double bestValue = 0, whiteScale = 0;
-    if (!criterion(W, n, c, &bestValue, &whiteScale, nullptr))
+    // The gate between white and correlated noise on the ordinary likelihood: the restricted
+    // one favours a covariance under which the drifts are large, and on white noise it lets
+    // correlation in too often. Which correlated covariance, and how plausible each, on the
+    // restricted one.
+    double bestValue = 0, whiteScale = 0, whitePlain = 0;
+    if (!criterion(W, n, c, g, &bestValue, &whiteScale, nullptr, &whitePlain))
         return fit;
-    const double whiteValue = bestValue;
+    double bestPlain = whitePlain;
     double bestFraction = 0, bestTau = 0;
 
     struct Cell {
@@ -160,9 +193,10 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
         for (const double f : fractions) {
             for (std::size_t k = 0; k < n * n; ++k)
                 K[k] = (1 - f) * W[k] + f * R[k];
-            double value = 0, scale = 0;
-            if (!criterion(K, n, c, &value, &scale, nullptr))
+            double value = 0, scale = 0, plain = 0;
+            if (!criterion(K, n, c, g, &value, &scale, nullptr, &plain))
                 continue;
+            bestPlain = std::min(bestPlain, plain);
             NoiseCovariance cell;
             cell.white = scale * (1 - f);
             cell.red = scale * f;
@@ -176,7 +210,7 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
             }
         }
     }
-    if (!(whiteValue - bestValue > criterionMargin)) {
+    if (!(whitePlain - bestPlain > criterionMargin)) {
         bestFraction = 0;
         bestTau = 0;
     }
@@ -190,7 +224,7 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
             K[i * n + j] = K[j * n + i] = unit.between(contrasts[i], contrasts[j]);
     double value = 0, scale = 0;
     std::vector<double> z;
-    if (!criterion(K, n, c, &value, &scale, &z))
+    if (!criterion(K, n, c, g, &value, &scale, &z))
         return fit;
     fit.covariance.white = scale * unit.white;
     fit.covariance.red = scale * unit.red;

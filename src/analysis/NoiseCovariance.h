@@ -21,7 +21,11 @@
 //
 // The fit: Gaussian maximum likelihood with the overall scale profiled out (for a covariance
 // s K, s = c' K^-1 c / n), over a grid of the correlated fraction r / (w + r) and of tau in
-// median spacings of the points. The correlated model has two parameters more than white noise
+// median spacings of the points. Where the contrasts carry drifts (the differences about a time
+// of minimum fitted to the same points, with their part along the reflected slope taken out),
+// the likelihood is the restricted one, of what is left free of that part: a centre fitted to
+// the data has taken up the noise along its drift, which on a short curve is much of the slow
+// noise, and ordinary likelihood would call that noise smaller and less correlated than it is. The correlated model has two parameters more than white noise
 // alone and is kept only when it lowers -2 log L by more than 4 (Akaike's criterion): white
 // noise stays white.
 //
@@ -36,11 +40,14 @@
 
 namespace dip {
 
-// One contrast: sum_k weights[k] noise(times[k]), observed as value.
+// One contrast: sum_k weights[k] noise(times[k]), observed as value. drift is how much of the
+// value a fitted centre of the dip takes up: the contrasts' values are what is left once the part
+// along the drifts is fitted and taken out (zero drifts: nothing was).
 struct NoiseContrast {
     std::vector<double> times;
     std::vector<double> weights;
     double value = 0;
+    double drift = 0;
 };
 
 struct NoiseCovariance {

@@ -44,6 +44,26 @@ std::vector<NoiseContrast> reflected(const std::vector<double>& e, int c, int co
     return contrasts;
 }
 
+// The contrasts with their part along a drift g (the reflected slope of a dip of half-width
+// 12 points) taken out by least squares, as a centre fitted to them does; the drifts are told
+// to the fit only when tell is set.
+std::vector<NoiseContrast> centred(std::vector<NoiseContrast> contrasts, bool tell)
+{
+    double cg = 0, gg = 0;
+    for (NoiseContrast& x : contrasts) {
+        const double k = x.times[0] - x.times[1];
+        x.drift = k * std::exp(-(k / 24) * (k / 24));
+        cg += x.value * x.drift;
+        gg += x.drift * x.drift;
+    }
+    for (NoiseContrast& x : contrasts) {
+        x.value -= cg / gg * x.drift;
+        if (!tell)
+            x.drift = 0;
+    }
+    return contrasts;
+}
+
 } // namespace
 
 class TestNoiseCovariance : public QObject {
@@ -113,6 +133,63 @@ private Q_SLOTS:
         QVERIFY2(correlated >= draws * 8 / 10, qPrintable(found));
         QVERIFY2(std::abs(size - 1) < 0.25, qPrintable(found));
         QVERIFY2(tau >= 4 && tau <= 16, qPrintable(found));
+    }
+
+    // What a fitted centre took up cannot matter: with the drifts told, values that differ by
+    // a multiple of them give the same fit; untold, the fit follows the values.
+    void driftTakenUpChangesNothing()
+    {
+        std::mt19937_64 rng(41);
+        const std::vector<double> e = noiseOf(81, 0.005, 0.01, 8, rng);
+        const std::vector<NoiseContrast> told = centred(reflected(e, 40, 40), true);
+        std::vector<NoiseContrast> moved = told;
+        for (NoiseContrast& x : moved)
+            x.value += 0.002 * x.drift;
+        const NoiseCovarianceFit a = fitNoiseCovariance(told, 1);
+        const NoiseCovarianceFit b = fitNoiseCovariance(moved, 1);
+        QVERIFY(a.ok && b.ok);
+        QVERIFY(a.covariance.correlated());
+        QCOMPARE(b.covariance.tau, a.covariance.tau);
+        QVERIFY(std::abs(b.covariance.red / a.covariance.red - 1) < 1e-9);
+        QVERIFY(std::abs(b.covariance.white / a.covariance.white - 1) < 1e-9);
+
+        std::vector<NoiseContrast> untold = told, untoldMoved = moved;
+        for (NoiseContrast& x : untold)
+            x.drift = 0;
+        for (NoiseContrast& x : untoldMoved)
+            x.drift = 0;
+        const NoiseCovarianceFit c = fitNoiseCovariance(untold, 1);
+        const NoiseCovarianceFit d = fitNoiseCovariance(untoldMoved, 1);
+        QVERIFY(std::abs((d.covariance.white + d.covariance.red) / (c.covariance.white + c.covariance.red) - 1) > 0.01);
+    }
+
+    // Slow noise over 61 points with a centre fitted to it, 50 draws: told the drifts, the fit
+    // finds the noise's size (1.08 of it on average); untold, it takes what the centre left for
+    // all of the noise and finds a fifth too little (0.80).
+    void driftKeepsTheSlowNoise()
+    {
+        std::mt19937_64 rng(43);
+        const double total = 0.005 * 0.005 + 0.01 * 0.01;
+        const int draws = 50;
+        double size[2] = {0, 0};
+        int correlated[2] = {0, 0};
+        for (int k = 0; k < draws; ++k) {
+            const std::vector<NoiseContrast> contrasts = reflected(noiseOf(61, 0.005, 0.01, 8, rng), 30, 30);
+            for (int tell = 0; tell < 2; ++tell) {
+                const NoiseCovarianceFit fit = fitNoiseCovariance(centred(contrasts, tell == 1), 1);
+                QVERIFY(fit.ok);
+                size[tell] += (fit.covariance.white + fit.covariance.red) / total / draws;
+                correlated[tell] += fit.covariance.correlated() ? 1 : 0;
+            }
+        }
+        const QString found = QStringLiteral("size %1 / %2, correlated %3 / %4")
+                                  .arg(size[0])
+                                  .arg(size[1])
+                                  .arg(correlated[0])
+                                  .arg(correlated[1]);
+        QVERIFY2(std::abs(size[1] - 1) < 0.15, qPrintable(found));
+        QVERIFY2(size[0] < 0.9, qPrintable(found));
+        QVERIFY2(correlated[1] >= draws * 7 / 10, qPrintable(found));
     }
 
     // Where the noise is correlated the fit keeps the plausible covariances, the best among
