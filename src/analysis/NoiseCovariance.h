@@ -23,9 +23,11 @@
 // s K, s = c' K^-1 c / n), over a grid of the correlated fraction r / (w + r) and of tau in
 // median spacings of the points. Where the contrasts carry drifts (the differences about a time
 // of minimum fitted to the same points, with their part along the reflected slope taken out),
-// the likelihood is the restricted one, of what is left free of that part: a centre fitted to
-// the data has taken up the noise along its drift, which on a short curve is much of the slow
-// noise, and ordinary likelihood would call that noise smaller and less correlated than it is. The correlated model has two parameters more than white noise
+// the correlated covariance and its plausible neighbours are chosen, and scaled, by the
+// restricted likelihood, of what is left free of that part: a centre fitted to the data has
+// taken up the noise along its drift, which on a short curve is much of the slow noise, and the
+// ordinary likelihood calls that noise smaller and less correlated than it is. Whether the noise
+// is correlated at all is still judged on the ordinary one (see below). The correlated model has two parameters more than white noise
 // alone and is kept only when it lowers -2 log L by more than 4 (Akaike's criterion): white
 // noise stays white.
 //
