@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace dip {
 
@@ -167,15 +168,13 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
         for (std::size_t j = 0; j <= i; ++j)
             W[i * n + j] = W[j * n + i] = unitWhite.between(contrasts[i], contrasts[j]);
 
-    // The gate between white and correlated noise on the ordinary likelihood: the restricted
-    // one favours a covariance under which the drifts are large, and on white noise it lets
-    // correlation in too often. Which correlated covariance, and how plausible each, on the
-    // restricted one.
-    double bestValue = 0, whiteScale = 0, whitePlain = 0;
-    if (!criterion(W, n, c, g, &bestValue, &whiteScale, nullptr, &whitePlain))
+    // White against correlated on the ordinary likelihood (plain); the best correlated cell on
+    // the restricted one (value).
+    double whiteValue = 0, whiteScale = 0, whitePlain = 0;
+    if (!criterion(W, n, c, g, &whiteValue, &whiteScale, nullptr, &whitePlain))
         return fit;
     double bestPlain = whitePlain;
-    double bestFraction = 0, bestTau = 0;
+    double bestValue = std::numeric_limits<double>::infinity(), bestFraction = 0, bestTau = 0;
 
     struct Cell {
         NoiseCovariance covariance;

@@ -21,15 +21,16 @@
 //
 // The fit: Gaussian maximum likelihood with the overall scale profiled out (for a covariance
 // s K, s = c' K^-1 c / n), over a grid of the correlated fraction r / (w + r) and of tau in
-// median spacings of the points. Where the contrasts carry drifts (the differences about a time
-// of minimum fitted to the same points, with their part along the reflected slope taken out),
-// the correlated covariance and its plausible neighbours are chosen, and scaled, by the
-// restricted likelihood, of what is left free of that part: a centre fitted to the data has
-// taken up the noise along its drift, which on a short curve is much of the slow noise, and the
-// ordinary likelihood calls that noise smaller and less correlated than it is. Whether the noise
-// is correlated at all is still judged on the ordinary one (see below). The correlated model has two parameters more than white noise
+// median spacings of the points. The correlated model has two parameters more than white noise
 // alone and is kept only when it lowers -2 log L by more than 4 (Akaike's criterion): white
-// noise stays white.
+// noise stays white. Where the contrasts carry drifts (the differences about a time of minimum
+// fitted to the same points, with their part along the reflected slope taken out), that gate
+// stays on the ordinary likelihood, but which correlated covariance, its plausible neighbours
+// and their scales come from the restricted likelihood, of what is left free of that part: a
+// centre fitted to the data has taken up the noise along its drift, which on a short curve is
+// much of the slow noise, and the ordinary likelihood calls that noise smaller and less
+// correlated than it is. (The restricted one would also favour correlation under which the
+// drifts are large, and let it in on white noise too often.)
 //
 // The doubt: on a short curve the differences cannot pin the correlation time down, and a
 // replicate drawn from the best covariance alone is too sure of it (a time moved by slow noise
