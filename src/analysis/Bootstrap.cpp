@@ -3,9 +3,9 @@
 #include "analysis/Bootstrap.h"
 
 #include "analysis/LocalSmoother.h"
-#include "analysis/NoiseCovariance.h"
 #include "analysis/ReplicateRandom.h"
 #include "methods/kwee/Autoregression.h"
+#include "methods/kwee/NoiseCovariance.h"
 #include "runtime/RuntimeError.h"
 
 #include <algorithm>

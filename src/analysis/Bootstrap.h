@@ -47,7 +47,7 @@
 // error, or gives no result, is counted as a failure (by error number) and never stops the
 // others.
 
-#include "analysis/NoiseCovariance.h"
+#include "methods/kwee/NoiseCovariance.h"
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
 #include "session/Curve.h"

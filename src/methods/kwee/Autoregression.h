@@ -2,8 +2,8 @@
 // Copyright (c) the Dipscope developers
 #pragma once
 
-// Autoregressions of the noise between the branches of a dip, for Deeg's red-noise factor and
-// the bootstrap's resampled noise: what they share.
+// Autoregressions of the noise between the branches of a dip, for the bootstrap's resampled
+// noise (its sieve).
 //
 // Order by order (Levinson's recursion): from order p - 1 to p with the reflection coefficient
 // k, a_j <- a_j - k a_{p-j} (j < p), a_p = k, and the innovation variance v <- v (1 - k^2). How

@@ -2,7 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "methods/kwee/DeegKwee.h"
 
-#include "methods/kwee/Autoregression.h"
+#include "methods/kwee/NoiseCovariance.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +12,11 @@
 namespace dip {
 
 namespace {
+
+// The slope a difference's drift uses spans a fifteenth of the range's points on each side.
+constexpr std::size_t slopeReachDivisor = 15;
+// The noise's covariance is fitted to at most this many differences (the fit grows as its cube).
+constexpr std::size_t maximumFittedContrasts = 120;
 
 // The linear interpolation of the observations at x, which lies within their times (the end
 // segments are used up to the ends). upper_bound brackets x between t[j] <= x < t[j + 1], so
@@ -29,116 +34,120 @@ double interpolate(const std::vector<double>& t, const std::vector<double>& m, d
     return m[j] + (m[j + 1] - m[j]) * w;
 }
 
-// The red-noise factor of the error: how much more the differences d_i = m_i - L(2T - t_i)
-// of the points lo .. hi - 1 vary over a few neighbours than white noise of sigma would make
-// them. Per branch, in time order and not centred (at the time found the d of a symmetric dip
-// have mean zero, and an offset between the branches is the slowest part of the noise, the one
-// that moves the time most), the long-run variance V of the observed d is
-// that of the autoregression their autocovariances give (Yule-Walker, order by the AIC:
-// V = var(innovations) / (1 - sum a)^2, Berk 1974, with sum a freed of its small-sample bias:
-// unbiasedPersistence), and it is compared with the one their
-// covariances under white noise of sigma give (a d holds its point and its partner's two
-// interpolation neighbours, so neighbouring d share noise even when the noise is white); the
-// factor is sqrt(V_observed / V_white), at least 1. Comparing variances, not correlations, also
-// brings in the slow part of the noise that the point-to-point measure of sigma does not see.
-double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m, std::size_t lo, std::size_t hi,
-                      double T, double sigma)
+// The slope of the light curve between t[j] and t[j + 1]: of the least-squares line through them
+// and reach more points on each side. Between two neighbours alone it is mostly noise where the
+// points are dense.
+double smoothSlope(const std::vector<double>& t, const std::vector<double>& m, std::size_t j, std::size_t reach)
 {
-    struct Term {
-        double d = 0;
-        std::size_t self = 0, j = 0;
-        double w = 0;
-        int branch = 0;
-    };
+    const std::size_t first = j > reach ? j - reach : 0;
+    const std::size_t last = std::min(t.size() - 1, j + 1 + reach);
+    double tMean = 0, mMean = 0;
+    for (std::size_t k = first; k <= last; ++k) {
+        tMean += t[k];
+        mMean += m[k];
+    }
+    const double count = double(last - first + 1);
+    tMean /= count;
+    mMean /= count;
+    double tt = 0, tm = 0;
+    for (std::size_t k = first; k <= last; ++k) {
+        tt += (t[k] - tMean) * (t[k] - tMean);
+        tm += (t[k] - tMean) * (m[k] - mMean);
+    }
+    return tt > 0 ? tm / tt : 0;
+}
+
+// The red-noise factor of the error: how much more the time moves under the noise the
+// differences d_i = m_i - L(2T - t_i) of the points lo .. hi - 1 show than under white noise of
+// sigma. A difference is a contrast of the noise at its point and its partner's two
+// interpolation neighbours; the time moves by -sum g_i d_i / sum g_i^2, g_i = dd_i / dT, twice the
+// reflected slope, so its variance under a covariance C of the noise is v'Cv / (g'g)^2, v the
+// g-weighted sum of the contrasts' weights at each point. The noise's covariance is weighed over
+// white noise and correlated noise of every correlation time (weighNoiseCovariances), fitted to
+// the differences of the branch with more of them, with their part along g taken up by the time
+// found (the restricted likelihood): at the time found sum g_i d_i = 0, which on a short curve
+// hides most of the slow noise from any measure taken on the d alone. The factor is
+// sqrt(sum_k w_k v'C_k v / (sigma^2 v'v)), at least 1.
+double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m, std::size_t lo, std::size_t hi,
+                      double T, double sigma, double spacing)
+{
     const std::size_t n = t.size();
-    std::vector<Term> terms;
+    const std::size_t reach = std::max<std::size_t>(2, n / slopeReachDivisor);
+    std::vector<NoiseContrast> branch[2];
     for (std::size_t i = lo; i < hi; ++i) {
         const double x = 2 * T - t[i];
         const auto above = std::upper_bound(t.begin(), t.end(), x);
         std::size_t j = above == t.begin() ? 0 : static_cast<std::size_t>(above - t.begin()) - 1;
         j = std::min(j, n - 2);
+        // A point that is its own partner's neighbour differs from nothing.
+        if (t[i] == T || j == i || j + 1 == i)
+            continue;
         const double dt = t[j + 1] - t[j];
         const double w = dt > 0 ? (x - t[j]) / dt : 0.5;
-        Term term;
-        term.d = m[i] - (m[j] + (m[j + 1] - m[j]) * w);
-        term.self = i;
-        term.j = j;
-        term.w = w;
-        term.branch = t[i] < T ? 0 : 1;
-        terms.push_back(term);
+        NoiseContrast k;
+        k.times = {t[i], t[j], t[j + 1]};
+        k.weights = {1, -(1 - w), -w};
+        k.value = m[i] - (m[j] + (m[j + 1] - m[j]) * w);
+        k.drift = 2 * smoothSlope(t, m, j, reach);
+        branch[t[i] < T ? 0 : 1].push_back(k);
     }
-    const int P = static_cast<int>(terms.size());
-    if (P < 8)
+    // The other branch holds the same pairs the other way round.
+    const bool left = branch[0].size() >= branch[1].size();
+    const std::vector<NoiseContrast>& chosen = left ? branch[0] : branch[1];
+    // The fit on the differences nearest the centre, at most maximumFittedContrasts of them.
+    std::vector<NoiseContrast> fitted = chosen;
+    if (fitted.size() > maximumFittedContrasts) {
+        const std::ptrdiff_t skip = std::ptrdiff_t(fitted.size() - maximumFittedContrasts);
+        if (left)
+            fitted.erase(fitted.begin(), fitted.begin() + skip);
+        else
+            fitted.resize(maximumFittedContrasts);
+    }
+    const std::vector<WeighedCovariance> weighed = weighNoiseCovariances(fitted, spacing);
+    if (weighed.empty())
         return 1;
-    auto coefficient = [](const Term& x, std::size_t k) {
-        double c = 0;
-        if (k == x.self)
-            c += 1;
-        if (k == x.j)
-            c -= 1 - x.w;
-        if (k == x.j + 1)
-            c -= x.w;
-        return c;
-    };
-    auto white = [&](const Term& a, const Term& b) {
-        std::size_t support[3] = {a.self, a.j, a.j + 1};
-        double c = 0;
-        for (int u = 0; u < 3; ++u) {
-            bool seen = false;
-            for (int v = 0; v < u; ++v)
-                seen = seen || support[v] == support[u];
-            if (!seen)
-                c += coefficient(a, support[u]) * coefficient(b, support[u]);
-        }
-        return c;
-    };
-    // Under white noise the d are correlated only through shared interpolation neighbours,
-    // over a lag or two.
-    double w0 = 0, wSum = 0;
-    for (const Term& x : terms)
-        w0 += white(x, x);
-    for (int k = 1; k <= 2; ++k) {
-        for (int i = 0; i + k < P; ++i) {
-            const Term& a = terms[std::size_t(i)];
-            const Term& b = terms[std::size_t(i + k)];
-            if (a.branch == b.branch)
-                wSum += white(a, b);
-        }
+
+    // v: each point's coefficient in sum_i g_i d_i (equal times are the same point).
+    std::vector<std::pair<double, double>> v;
+    for (const NoiseContrast& k : chosen)
+        for (std::size_t a = 0; a < k.times.size(); ++a)
+            v.emplace_back(k.times[a], k.drift * k.weights[a]);
+    std::sort(v.begin(), v.end());
+    std::size_t kept = 0;
+    for (std::size_t a = 0; a < v.size(); ++a) {
+        if (kept > 0 && v[kept - 1].first == v[a].first)
+            v[kept - 1].second += v[a].second;
+        else
+            v[kept++] = v[a];
     }
-    // The observed: the autocovariances of the d within each branch, pooled, and the
-    // long-run variance of the Yule-Walker autoregression they give (order by Akaike's
-    // criterion), var(innovations) / (1 - sum a)^2. A short lag window would lose the slowest
-    // part, which is what moves the time.
-    const int maxOrder = std::max(1, std::min(static_cast<int>(std::lround(10 * std::log10(double(P)))), P / 5));
-    std::vector<double> g(std::size_t(maxOrder) + 1, 0.0);
-    for (int k = 0; k <= maxOrder; ++k) {
+    v.resize(kept);
+    double vv = 0;
+    for (const auto& p : v)
+        vv += p.second * p.second;
+    // v'Rv of the unit correlated part, once for each correlation time.
+    std::vector<std::pair<double, double>> redSums;
+    auto redSum = [&](double tau) {
+        for (const auto& r : redSums)
+            if (r.first == tau)
+                return r.second;
         double sum = 0;
-        for (int i = 0; i + k < P; ++i) {
-            const Term& a = terms[std::size_t(i)];
-            const Term& b = terms[std::size_t(i + k)];
-            if (a.branch == b.branch)
-                sum += a.d * b.d;
-        }
-        g[std::size_t(k)] = sum / P;
+        for (const auto& p : v)
+            for (const auto& q : v)
+                sum += p.second * q.second * std::exp(-std::abs(p.first - q.first) / tau);
+        redSums.emplace_back(tau, sum);
+        return sum;
+    };
+    double modelled = 0;
+    for (const WeighedCovariance& w : weighed) {
+        double variance = w.covariance.white * vv;
+        if (w.covariance.correlated())
+            variance += w.covariance.red * redSum(w.covariance.tau);
+        modelled += w.weight * variance;
     }
-    if (!(g[0] > 0))
+    const double white = sigma * sigma * vv;
+    if (!(modelled > 0) || !(white > 0))
         return 1;
-    AutoregressionByOrder ar(g[0], std::size_t(P));
-    for (int p = 1; p <= maxOrder; ++p) {
-        const std::vector<double>& a = ar.coefficients();
-        double acc = g[std::size_t(p)];
-        for (int j = 1; j < p; ++j)
-            acc -= a[std::size_t(j - 1)] * g[std::size_t(p - j)];
-        if (!ar.extend(acc / ar.innovationVariance()))
-            break;
-    }
-    const double persistence = unbiasedPersistence(persistenceOf(ar.best()), std::size_t(P));
-    const double longRun = ar.bestInnovationVariance() / ((1 - persistence) * (1 - persistence));
-    const double observed = longRun * P;
-    const double expected = sigma * sigma * (w0 + 2 * wSum);
-    if (!(observed > 0) || !(expected > 0))
-        return 1;
-    return std::max(1.0, std::sqrt(observed / expected));
+    return std::max(1.0, std::sqrt(modelled / white));
 }
 
 double median(std::vector<double> v)
@@ -552,7 +561,7 @@ DeegKweeResult DeegKwee(const double* tIn, const double* mIn, int n, const DeegK
     r.noise = std::max(sigma, r.noiseAtMinimum);
     r.error = 2 * r.noise / std::sqrt(r.curvature);
     // Noise correlated over a few points moves the time more than its size says.
-    r.redNoiseFactor = redNoiseFactor(t, m, fit.lo, fit.hi, vertex, r.noise);
+    r.redNoiseFactor = redNoiseFactor(t, m, fit.lo, fit.hi, vertex, r.noise, spacing);
     r.error *= r.redNoiseFactor;
     return r;
 }

@@ -44,13 +44,15 @@
 // reflected curve misses (an asymmetric dip, a chord across a gap); the error uses the larger.
 //
 // Red noise. Noise correlated over a few neighbouring points moves the time more than its size
-// says. The differences d_i at the time found, per branch, in time order and not centred (an
-// offset between the branches is the slowest part of the noise), give the long-run
-// variance of the autoregression fitted to their autocovariances (Yule-Walker, order by the
-// AIC; var(innovations) / (1 - sum a)^2), which reaches correlations over more points than a
-// lag window over so short a series can; it is divided by the one white noise of sigma would
-// give through the same interpolation weights, and the error is multiplied by the square root,
-// at least 1 (redNoiseFactor).
+// says. The differences d_i at the time found are contrasts of the noise at a point and its
+// partner's two neighbours; the noise's covariance (white, and correlated over every time of a
+// grid) is weighed on the differences of one branch (weighNoiseCovariances in NoiseCovariance.h),
+// with what the time found took up left out: there sum g_i d_i = 0 (g_i the reflected slope),
+// which on a short curve hides most of the slow noise from any measure taken on the d alone. The
+// time's variance under the weighed covariances is divided by the one under white noise of sigma
+// through the same weights, and the error is multiplied by the square root, at least 1
+// (redNoiseFactor). Where a short curve cannot tell slow noise from none, the error takes in some
+// of it: on white noise it is then up to a fifth larger than the scatter of the times.
 //
 // Pairs. Fewer than minimumDeegPairs points reflected at the time found (a minimum near an end
 // of the range, or in a gap): no time is given. A handful of differences then decide the time,

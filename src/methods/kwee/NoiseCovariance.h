@@ -3,7 +3,8 @@
 #pragma once
 
 // The covariance of a light curve's noise, fitted to the differences between the branches of a
-// dip: the bootstrap draws its replicates' noise from it.
+// dip: the bootstrap draws its replicates' noise from it, and Deeg's error weighs the time's
+// variance under it.
 //
 // The model: white noise of variance w at each point plus a correlated part of variance r whose
 // correlation falls as exp(-|dt| / tau) (the Ornstein-Uhlenbeck process, the continuous form of
@@ -85,5 +86,19 @@ struct NoiseCovarianceFit {
 
 // spacing: the median spacing of the points, the unit of the grid of tau.
 NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing);
+
+// A covariance and how much it weighs among others.
+struct WeighedCovariance {
+    NoiseCovariance covariance;
+    double weight = 0;
+};
+
+// What the contrasts leave open: white noise and every correlated covariance of the grid, each
+// at its own scale and weighted by its restricted likelihood, exp(-delta / 2) from the best. On
+// a short curve the data cannot tell slow noise from none, and a choice between them is often
+// wrong; so every covariance keeps a weight: before the data white noise is twice as likely
+// as correlated noise, whose covariances share their odds equally. Those weighing less than 1e-3 of the heaviest are
+// left out; the weights sum to 1. Empty when the contrasts cannot be fitted (fewer than ten, or no variance).
+std::vector<WeighedCovariance> weighNoiseCovariances(const std::vector<NoiseContrast>& contrasts, double spacing);
 
 } // namespace dip

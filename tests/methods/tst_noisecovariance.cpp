@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
 
-#include "analysis/NoiseCovariance.h"
+#include "methods/kwee/NoiseCovariance.h"
 
 #include <QtTest>
 
@@ -287,6 +287,33 @@ private Q_SLOTS:
         }
         QVERIFY(std::abs(mean / double(fit.innovations.size())) < 1e-12);
         QCOMPARE(square / double(fit.innovations.size()), 1.0);
+    }
+
+    // The weighing: white noise on 120 differences leaves white noise the heaviest, correlated
+    // noise over 8 points rules it out; the weights sum to 1 and the light ones are left out.
+    void weighingFollowsTheNoise()
+    {
+        std::mt19937_64 rng(7);
+        const std::vector<WeighedCovariance> white =
+            weighNoiseCovariances(reflected(noiseOf(301, 0.01, 0, 1, rng), 150, 120), 1);
+        const std::vector<WeighedCovariance> red =
+            weighNoiseCovariances(reflected(noiseOf(301, 0.003, 0.01, 8, rng), 150, 120), 1);
+        for (const auto* weighed : {&white, &red}) {
+            QVERIFY(!weighed->empty());
+            double sum = 0, heaviest = 0;
+            for (const WeighedCovariance& w : *weighed) {
+                sum += w.weight;
+                heaviest = std::max(heaviest, w.weight);
+            }
+            QCOMPARE(sum, 1.0);
+            for (const WeighedCovariance& w : *weighed)
+                QVERIFY(w.weight > 1e-3 * heaviest);
+        }
+        QVERIFY(!white.front().covariance.correlated());
+        QVERIFY2(white.front().weight > 0.5, qPrintable(QString::number(white.front().weight)));
+        for (const WeighedCovariance& w : red)
+            QVERIFY(w.covariance.correlated());
+        QVERIFY(weighNoiseCovariances(reflected(noiseOf(41, 0.01, 0, 1, rng), 20, 9), 1).empty());
     }
 
     // Fewer than ten differences, or none of any size: nothing fitted.

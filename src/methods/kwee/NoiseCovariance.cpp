@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "analysis/NoiseCovariance.h"
+#include "methods/kwee/NoiseCovariance.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,6 +17,11 @@ constexpr double times[] = {0.5, 0.75, 1, 1.5, 2, 3, 4, 6, 8, 12, 17, 25, 35, 50
 
 // What the correlated model must gain over white noise: two parameters more.
 constexpr double criterionMargin = 4;
+
+// Before the data, white noise is twice as likely as correlated noise of any kind (whose odds
+// the cells of the grid share equally). Even odds make the errors on white noise a quarter too
+// large on short curves, where many correlated covariances fit as well as white noise does.
+constexpr double whitePriorOdds = 2;
 
 // A cell of the grid this much less likely than the best is ruled out.
 constexpr double negligibleWeight = 1e-3;
@@ -144,21 +149,37 @@ NoiseCovariance NoiseCovarianceFit::draw(double u, double z) const
     return c;
 }
 
-NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing)
+namespace {
+
+// The contrasts' values, and their drifts (none when all are zero).
+void valuesAndDrifts(const std::vector<NoiseContrast>& contrasts, std::vector<double>* c, std::vector<double>* g)
 {
-    NoiseCovarianceFit fit;
-    const std::size_t n = contrasts.size();
-    if (n < 10 || !(spacing > 0))
-        return fit;
-    std::vector<double> c(n), g(n);
     bool drifts = false;
-    for (std::size_t i = 0; i < n; ++i) {
-        c[i] = contrasts[i].value;
-        g[i] = contrasts[i].drift;
-        drifts = drifts || g[i] != 0;
+    for (const NoiseContrast& k : contrasts) {
+        c->push_back(k.value);
+        g->push_back(k.drift);
+        drifts = drifts || k.drift != 0;
     }
     if (!drifts)
-        g.clear();
+        g->clear();
+}
+
+// A covariance of the grid (or white noise alone) at its own scale, with its restricted -2 log L
+// (value) and its ordinary one (plain).
+struct Cell {
+    NoiseCovariance covariance;
+    double value = 0;
+    double plain = 0;
+    double fraction = 0;
+};
+
+// White noise and every cell of the grid the contrasts allow (a positive definite covariance),
+// each at the scale that fits it best; false when white noise itself cannot be fitted.
+bool evaluateGrid(const std::vector<NoiseContrast>& contrasts, double spacing, Cell* white, std::vector<Cell>* cells)
+{
+    const std::size_t n = contrasts.size();
+    std::vector<double> c, g;
+    valuesAndDrifts(contrasts, &c, &g);
 
     // The white part's matrix: the contrasts share noise only where they share points.
     Matrix W(n * n);
@@ -167,20 +188,12 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
     for (std::size_t i = 0; i < n; ++i)
         for (std::size_t j = 0; j <= i; ++j)
             W[i * n + j] = W[j * n + i] = unitWhite.between(contrasts[i], contrasts[j]);
+    double scale = 0;
+    if (!criterion(W, n, c, g, &white->value, &scale, nullptr, &white->plain))
+        return false;
+    white->covariance = NoiseCovariance();
+    white->covariance.white = scale;
 
-    // White against correlated on the ordinary likelihood (plain); the best correlated cell on
-    // the restricted one (value).
-    double whiteValue = 0, whiteScale = 0, whitePlain = 0;
-    if (!criterion(W, n, c, g, &whiteValue, &whiteScale, nullptr, &whitePlain))
-        return fit;
-    double bestPlain = whitePlain;
-    double bestValue = std::numeric_limits<double>::infinity(), bestFraction = 0, bestTau = 0;
-
-    struct Cell {
-        NoiseCovariance covariance;
-        double value;
-    };
-    std::vector<Cell> cells;
     Matrix R(n * n), K(n * n);
     for (const double tauSpacings : times) {
         NoiseCovariance unitRed;
@@ -192,21 +205,71 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
         for (const double f : fractions) {
             for (std::size_t k = 0; k < n * n; ++k)
                 K[k] = (1 - f) * W[k] + f * R[k];
-            double value = 0, scale = 0, plain = 0;
-            if (!criterion(K, n, c, g, &value, &scale, nullptr, &plain))
+            Cell cell;
+            if (!criterion(K, n, c, g, &cell.value, &scale, nullptr, &cell.plain))
                 continue;
-            bestPlain = std::min(bestPlain, plain);
-            NoiseCovariance cell;
-            cell.white = scale * (1 - f);
-            cell.red = scale * f;
-            cell.tau = unitRed.tau;
-            cells.push_back({cell, value});
-            // Strict comparison: of equal values the first (the shorter, the less correlated) wins.
-            if (value < bestValue) {
-                bestValue = value;
-                bestFraction = f;
-                bestTau = unitRed.tau;
-            }
+            cell.covariance.white = scale * (1 - f);
+            cell.covariance.red = scale * f;
+            cell.covariance.tau = unitRed.tau;
+            cell.fraction = f;
+            cells->push_back(cell);
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+std::vector<WeighedCovariance> weighNoiseCovariances(const std::vector<NoiseContrast>& contrasts, double spacing)
+{
+    std::vector<WeighedCovariance> weighed;
+    Cell white;
+    std::vector<Cell> cells;
+    if (contrasts.size() < 10 || !(spacing > 0) || !evaluateGrid(contrasts, spacing, &white, &cells))
+        return weighed;
+    double best = white.value;
+    for (const Cell& cell : cells)
+        best = std::min(best, cell.value);
+    const double whitePrior = whitePriorOdds * double(std::max<std::size_t>(cells.size(), 1));
+    double largest = 0, total = 0;
+    weighed.push_back({white.covariance, whitePrior * std::exp(-(white.value - best) / 2)});
+    for (const Cell& cell : cells)
+        weighed.push_back({cell.covariance, std::exp(-(cell.value - best) / 2)});
+    for (const WeighedCovariance& w : weighed)
+        largest = std::max(largest, w.weight);
+    weighed.erase(std::remove_if(weighed.begin(), weighed.end(),
+                                 [&](const WeighedCovariance& w) { return !(w.weight > negligibleWeight * largest); }),
+                  weighed.end());
+    for (const WeighedCovariance& w : weighed)
+        total += w.weight;
+    for (WeighedCovariance& w : weighed)
+        w.weight /= total;
+    return weighed;
+}
+
+NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing)
+{
+    NoiseCovarianceFit fit;
+    const std::size_t n = contrasts.size();
+    Cell white;
+    std::vector<Cell> cells;
+    if (n < 10 || !(spacing > 0) || !evaluateGrid(contrasts, spacing, &white, &cells))
+        return fit;
+    std::vector<double> c, g;
+    valuesAndDrifts(contrasts, &c, &g);
+
+    // White against correlated on the ordinary likelihood (plain); the best correlated cell on
+    // the restricted one (value). Strict comparison: of equal values the first (the shorter, the
+    // less correlated) wins.
+    const double whitePlain = white.plain;
+    double bestPlain = whitePlain;
+    double bestValue = std::numeric_limits<double>::infinity(), bestFraction = 0, bestTau = 0;
+    for (const Cell& cell : cells) {
+        bestPlain = std::min(bestPlain, cell.plain);
+        if (cell.value < bestValue) {
+            bestValue = cell.value;
+            bestFraction = cell.fraction;
+            bestTau = cell.covariance.tau;
         }
     }
     if (!(whitePlain - bestPlain > criterionMargin)) {
@@ -214,6 +277,7 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
         bestTau = 0;
     }
 
+    Matrix K(n * n);
     NoiseCovariance unit;
     unit.white = 1 - bestFraction;
     unit.red = bestFraction;
