@@ -19,7 +19,7 @@ constexpr double times[] = {0.5, 0.75, 1, 1.5, 2, 3, 4, 6, 8, 12, 17, 25, 35, 50
 constexpr double criterionMargin = 4;
 
 // Before the data, white noise is twice as likely as correlated noise of any kind (whose odds
-// the cells of the grid share equally). Even odds make the errors on white noise a quarter too
+// the cells of the grid share equally). Even odds make the errors on white noise a third too
 // large on short curves, where many correlated covariances fit as well as white noise does.
 constexpr double whitePriorOdds = 2;
 
