@@ -89,9 +89,6 @@ std::vector<double> fitAutoregression(const std::vector<double>& e, int maxOrder
     return ar.best();
 }
 
-// The most differences the noise's covariance is fitted to: its cost grows as their cube.
-constexpr std::size_t maximumContrasts = 120;
-
 // The noise of all the used points, measured without any model of the dip: each point of a
 // branch is compared with the curve reflected about the centre, read by quadratic interpolation
 // Q through the two observations about 2 centre - t_i and the nearer next one (a straight line
@@ -203,15 +200,8 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
 
     // The noise's covariance, fitted to the differences nearest the centre (where the slow
     // noise cancels most, and a series model fitted to them sees least of it).
-    if (contrasts.size() > maximumContrasts) {
-        const bool leftBranch = &chosen == &branch[0];
-        const std::ptrdiff_t skip = std::ptrdiff_t(contrasts.size() - maximumContrasts);
-        if (leftBranch)
-            contrasts.erase(contrasts.begin(), contrasts.begin() + skip);
-        else
-            contrasts.resize(maximumContrasts);
-    }
-    NoiseCovarianceFit fit = fitNoiseCovariance(contrasts, spacing[spacing.size() / 2]);
+    NoiseCovarianceFit fit =
+        fitNoiseCovariance(nearestTheCentre(contrasts, &chosen == &branch[0]), spacing[spacing.size() / 2]);
     if (fit.ok)
         p->noise = std::move(fit);
 

@@ -316,6 +316,25 @@ private Q_SLOTS:
         QVERIFY(weighNoiseCovariances(reflected(noiseOf(41, 0.01, 0, 1, rng), 20, 9), 1).empty());
     }
 
+    // Of a long branch the fit takes the 120 differences nearest the centre: the left branch's
+    // last, the right branch's first; a short branch whole.
+    void nearestTheCentreKeepsTheInnerDifferences()
+    {
+        std::vector<NoiseContrast> branch(150);
+        for (std::size_t k = 0; k < branch.size(); ++k)
+            branch[k].value = double(k);
+        const std::vector<NoiseContrast> left = nearestTheCentre(branch, true);
+        const std::vector<NoiseContrast> right = nearestTheCentre(branch, false);
+        QCOMPARE(int(left.size()), 120);
+        QCOMPARE(left.front().value, 30.0);
+        QCOMPARE(left.back().value, 149.0);
+        QCOMPARE(int(right.size()), 120);
+        QCOMPARE(right.front().value, 0.0);
+        QCOMPARE(right.back().value, 119.0);
+        branch.resize(40);
+        QCOMPARE(int(nearestTheCentre(branch, true).size()), 40);
+    }
+
     // Fewer than ten differences, or none of any size: nothing fitted.
     void tooLittleToFit()
     {

@@ -15,8 +15,6 @@ namespace {
 
 // The slope a difference's drift uses spans a fifteenth of the range's points on each side.
 constexpr std::size_t slopeReachDivisor = 15;
-// The noise's covariance is fitted to at most this many differences (the fit grows as its cube).
-constexpr std::size_t maximumFittedContrasts = 120;
 
 // The linear interpolation of the observations at x, which lies within their times (the end
 // segments are used up to the ends). upper_bound brackets x between t[j] <= x < t[j + 1], so
@@ -94,16 +92,7 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
     // The other branch holds the same pairs the other way round.
     const bool left = branch[0].size() >= branch[1].size();
     const std::vector<NoiseContrast>& chosen = left ? branch[0] : branch[1];
-    // The fit on the differences nearest the centre, at most maximumFittedContrasts of them.
-    std::vector<NoiseContrast> fitted = chosen;
-    if (fitted.size() > maximumFittedContrasts) {
-        const std::ptrdiff_t skip = std::ptrdiff_t(fitted.size() - maximumFittedContrasts);
-        if (left)
-            fitted.erase(fitted.begin(), fitted.begin() + skip);
-        else
-            fitted.resize(maximumFittedContrasts);
-    }
-    const std::vector<WeighedCovariance> weighed = weighNoiseCovariances(fitted, spacing);
+    const std::vector<WeighedCovariance> weighed = weighNoiseCovariances(nearestTheCentre(chosen, left), spacing);
     if (weighed.empty())
         return 1;
 
@@ -130,10 +119,13 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
         for (const auto& r : redSums)
             if (r.first == tau)
                 return r.second;
+        NoiseCovariance unitRed;
+        unitRed.red = 1;
+        unitRed.tau = tau;
         double sum = 0;
         for (const auto& p : v)
             for (const auto& q : v)
-                sum += p.second * q.second * std::exp(-std::abs(p.first - q.first) / tau);
+                sum += p.second * q.second * unitRed(p.first, q.first);
         redSums.emplace_back(tau, sum);
         return sum;
     };

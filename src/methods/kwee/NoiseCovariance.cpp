@@ -175,11 +175,11 @@ struct Cell {
 
 // White noise and every cell of the grid the contrasts allow (a positive definite covariance),
 // each at the scale that fits it best; false when white noise itself cannot be fitted.
-bool evaluateGrid(const std::vector<NoiseContrast>& contrasts, double spacing, Cell* white, std::vector<Cell>* cells)
+// c and g: the contrasts' values and drifts (valuesAndDrifts).
+bool evaluateGrid(const std::vector<NoiseContrast>& contrasts, const std::vector<double>& c,
+                  const std::vector<double>& g, double spacing, Cell* white, std::vector<Cell>* cells)
 {
     const std::size_t n = contrasts.size();
-    std::vector<double> c, g;
-    valuesAndDrifts(contrasts, &c, &g);
 
     // The white part's matrix: the contrasts share noise only where they share points.
     Matrix W(n * n);
@@ -220,12 +220,25 @@ bool evaluateGrid(const std::vector<NoiseContrast>& contrasts, double spacing, C
 
 } // namespace
 
+std::vector<NoiseContrast> nearestTheCentre(std::vector<NoiseContrast> branch, bool leftBranch)
+{
+    if (branch.size() > maximumFittedContrasts) {
+        if (leftBranch)
+            branch.erase(branch.begin(), branch.end() - std::ptrdiff_t(maximumFittedContrasts));
+        else
+            branch.resize(maximumFittedContrasts);
+    }
+    return branch;
+}
+
 std::vector<WeighedCovariance> weighNoiseCovariances(const std::vector<NoiseContrast>& contrasts, double spacing)
 {
     std::vector<WeighedCovariance> weighed;
     Cell white;
     std::vector<Cell> cells;
-    if (contrasts.size() < 10 || !(spacing > 0) || !evaluateGrid(contrasts, spacing, &white, &cells))
+    std::vector<double> c, g;
+    valuesAndDrifts(contrasts, &c, &g);
+    if (contrasts.size() < 10 || !(spacing > 0) || !evaluateGrid(contrasts, c, g, spacing, &white, &cells))
         return weighed;
     double best = white.value;
     for (const Cell& cell : cells)
@@ -253,10 +266,10 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
     const std::size_t n = contrasts.size();
     Cell white;
     std::vector<Cell> cells;
-    if (n < 10 || !(spacing > 0) || !evaluateGrid(contrasts, spacing, &white, &cells))
-        return fit;
     std::vector<double> c, g;
     valuesAndDrifts(contrasts, &c, &g);
+    if (n < 10 || !(spacing > 0) || !evaluateGrid(contrasts, c, g, spacing, &white, &cells))
+        return fit;
 
     // White against correlated on the ordinary likelihood (plain); the best correlated cell on
     // the restricted one (value). Strict comparison: of equal values the first (the shorter, the

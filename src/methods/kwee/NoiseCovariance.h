@@ -40,6 +40,7 @@
 // exp(-delta / 2), and each replicate draws its covariance from them, its scale divided by a
 // draw of chi^2_n / n (the doubt of a variance from n whitened contrasts).
 
+#include <cstddef>
 #include <vector>
 
 namespace dip {
@@ -83,6 +84,13 @@ struct NoiseCovarianceFit {
     // where the noise is white.
     NoiseCovariance draw(double u, double z) const;
 };
+
+// The most contrasts a fit takes: its cost grows as their cube.
+constexpr std::size_t maximumFittedContrasts = 120;
+
+// The differences of one branch (in time order) nearest the centre, at most
+// maximumFittedContrasts of them: the last of the left branch, the first of the right one.
+std::vector<NoiseContrast> nearestTheCentre(std::vector<NoiseContrast> branch, bool leftBranch);
 
 // spacing: the median spacing of the points, the unit of the grid of tau.
 NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing);
