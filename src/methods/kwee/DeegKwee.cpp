@@ -240,7 +240,12 @@ private:
 // neighbours on each side at least halfway from the brightest to the faintest), the one about
 // which the light curve is most symmetric, S per pair over all points whose reflection stays
 // within the range. The faint half keeps flat stretches outside the eclipse, which are
-// symmetric about any time, out of the choice.
+// symmetric about any time, out of the choice. Only times reflecting at least 1 / locateShare of
+// the most points any time of the faint half reflects take part: near an end of the range a
+// handful of points is reflected, and of a handful some are symmetric by chance (a flat bottom
+// running into the end of the range, or into a gap, put the start there and kept the time).
+constexpr std::size_t locateShare = 2;
+
 bool locate(const std::vector<double>& t, const std::vector<double>& m, const Folds& folds, double* centre)
 {
     const std::size_t n = t.size();
@@ -255,13 +260,20 @@ bool locate(const std::vector<double>& t, const std::vector<double>& m, const Fo
     }
     const auto [brightest, faintest] = std::minmax_element(smooth.begin(), smooth.end());
     const double threshold = *brightest + 0.5 * (*faintest - *brightest);
+    std::size_t most = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        if (smooth[i] >= threshold) {
+            const auto [lo, hi] = folds.window(t[i], 0);
+            most = std::max(most, hi - lo);
+        }
+    }
     bool found = false;
     double best = HUGE_VAL;
     for (std::size_t i = 0; i < n; ++i) {
         if (smooth[i] < threshold)
             continue;
         const auto [lo, hi] = folds.window(t[i], 0);
-        if (hi - lo < 5)
+        if (hi - lo < 5 || (hi - lo) * locateShare < most)
             continue;
         const double perPair = folds.sum(lo, hi, t[i]) / static_cast<double>(hi - lo);
         if (perPair < best) {

@@ -17,8 +17,9 @@
 //
 // Folds. S is evaluated at F trial times T_c + j h, j = -(F-1)/2 .. (F-1)/2 (F odd, 5 by
 // default), and S = a j^2 + b j + c is fitted by least squares; its vertex T_c - h b / (2a) is
-// the time of minimum. The first centre is the observed time, in the faint half of the dip,
-// about which S per pair is smallest; the folds then walk towards the vertex while it lies
+// the time of minimum. The first centre is the observed time, in the faint half of the dip and
+// reflecting at least half the points any time there reflects, about which S per pair is
+// smallest; the folds then walk towards the vertex while it lies
 // outside them, and are re-centred on it until it stays within half an error of their centre.
 //
 // Error. Near the minimum T0, d_i(T) = m_i - L(2T - t_i) = e_i - e~_i + 2 s_i (T - T0), with s_i
