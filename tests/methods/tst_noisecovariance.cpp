@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 
 #include "methods/kwee/NoiseCovariance.h"
+#include "support/SimulatedEclipse.h"
 
 #include <QtTest>
 
@@ -13,21 +14,6 @@
 using namespace dip;
 
 namespace {
-
-// White noise of sd white plus a correlated part of sd red with correlation time tau, at the
-// times 0, 1, 2, ... (n of them): the model's own process.
-std::vector<double> noiseOf(int n, double white, double red, double tau, std::mt19937_64& rng)
-{
-    std::normal_distribution<double> g(0, 1);
-    const double rho = std::exp(-1 / tau);
-    std::vector<double> e(static_cast<std::size_t>(n));
-    double slow = red * g(rng);
-    for (double& v : e) {
-        v = white * g(rng) + slow;
-        slow = rho * slow + red * std::sqrt(1 - rho * rho) * g(rng);
-    }
-    return e;
-}
 
 // The differences n(c + k) - n(c - k), k = 1 .. count: a dip's branches reflected about a point
 // c on even sampling.
@@ -93,7 +79,7 @@ private Q_SLOTS:
     void whiteNoiseStaysWhite()
     {
         std::mt19937_64 rng(5);
-        const std::vector<double> e = noiseOf(301, 0.01, 0, 1, rng);
+        const std::vector<double> e = test::correlatedNoise(301, 0.01, 0, 1, rng);
         const NoiseCovarianceFit fit = fitNoiseCovariance(reflected(e, 150, 120), 1);
         QVERIFY(fit.ok);
         QVERIFY(!fit.covariance.correlated());
@@ -116,7 +102,7 @@ private Q_SLOTS:
         std::vector<double> taus;
         const int draws = 50;
         for (int k = 0; k < draws; ++k) {
-            const std::vector<double> e = noiseOf(81, 0.005, 0.01, 8, rng);
+            const std::vector<double> e = test::correlatedNoise(81, 0.005, 0.01, 8, rng);
             const NoiseCovarianceFit fit = fitNoiseCovariance(reflected(e, 40, 40), 1);
             QVERIFY(fit.ok);
             if (fit.covariance.correlated()) {
@@ -140,7 +126,7 @@ private Q_SLOTS:
     void driftTakenUpChangesNothing()
     {
         std::mt19937_64 rng(41);
-        const std::vector<double> e = noiseOf(81, 0.005, 0.01, 8, rng);
+        const std::vector<double> e = test::correlatedNoise(81, 0.005, 0.01, 8, rng);
         const std::vector<NoiseContrast> told = centred(reflected(e, 40, 40), true);
         std::vector<NoiseContrast> moved = told;
         for (NoiseContrast& x : moved)
@@ -174,7 +160,8 @@ private Q_SLOTS:
         double size[2] = {0, 0};
         int correlated[2] = {0, 0};
         for (int k = 0; k < draws; ++k) {
-            const std::vector<NoiseContrast> contrasts = reflected(noiseOf(61, 0.005, 0.01, 8, rng), 30, 30);
+            const std::vector<NoiseContrast> contrasts =
+                reflected(test::correlatedNoise(61, 0.005, 0.01, 8, rng), 30, 30);
             for (int tell = 0; tell < 2; ++tell) {
                 const NoiseCovarianceFit fit = fitNoiseCovariance(centred(contrasts, tell == 1), 1);
                 QVERIFY(fit.ok);
@@ -214,7 +201,7 @@ private Q_SLOTS:
         double fewSpread = 0, manySpread = 0;
         int few = 0, many = 0;
         for (int k = 0; k < 30; ++k) {
-            const std::vector<double> e = noiseOf(301, 0.005, 0.01, 6, rng);
+            const std::vector<double> e = test::correlatedNoise(301, 0.005, 0.01, 6, rng);
             for (const int count : {30, 120}) {
                 const NoiseCovarianceFit fit = fitNoiseCovariance(reflected(e, 150, count), 1);
                 QVERIFY(fit.ok);
@@ -277,7 +264,7 @@ private Q_SLOTS:
     void innovationsStandardised()
     {
         std::mt19937_64 rng(17);
-        const std::vector<double> e = noiseOf(241, 0.005, 0.01, 6, rng);
+        const std::vector<double> e = test::correlatedNoise(241, 0.005, 0.01, 6, rng);
         const NoiseCovarianceFit fit = fitNoiseCovariance(reflected(e, 120, 100), 1);
         QVERIFY(fit.ok);
         double mean = 0, square = 0;
@@ -295,9 +282,9 @@ private Q_SLOTS:
     {
         std::mt19937_64 rng(7);
         const std::vector<WeighedCovariance> white =
-            weighNoiseCovariances(reflected(noiseOf(301, 0.01, 0, 1, rng), 150, 120), 1);
+            weighNoiseCovariances(reflected(test::correlatedNoise(301, 0.01, 0, 1, rng), 150, 120), 1);
         const std::vector<WeighedCovariance> red =
-            weighNoiseCovariances(reflected(noiseOf(301, 0.003, 0.01, 8, rng), 150, 120), 1);
+            weighNoiseCovariances(reflected(test::correlatedNoise(301, 0.003, 0.01, 8, rng), 150, 120), 1);
         for (const auto* weighed : {&white, &red}) {
             QVERIFY(!weighed->empty());
             double sum = 0, heaviest = 0;
@@ -313,7 +300,7 @@ private Q_SLOTS:
         QVERIFY2(white.front().weight > 0.5, qPrintable(QString::number(white.front().weight)));
         for (const WeighedCovariance& w : red)
             QVERIFY(w.covariance.correlated());
-        QVERIFY(weighNoiseCovariances(reflected(noiseOf(41, 0.01, 0, 1, rng), 20, 9), 1).empty());
+        QVERIFY(weighNoiseCovariances(reflected(test::correlatedNoise(41, 0.01, 0, 1, rng), 20, 9), 1).empty());
     }
 
     // Of a long branch the fit takes the 120 differences nearest the centre: the left branch's
@@ -339,7 +326,7 @@ private Q_SLOTS:
     void tooLittleToFit()
     {
         std::mt19937_64 rng(3);
-        const std::vector<double> e = noiseOf(41, 0.01, 0, 1, rng);
+        const std::vector<double> e = test::correlatedNoise(41, 0.01, 0, 1, rng);
         QVERIFY(!fitNoiseCovariance(reflected(e, 20, 9), 1).ok);
         QVERIFY(fitNoiseCovariance(reflected(e, 20, 10), 1).ok);
         const std::vector<double> flat(41, 0.0);

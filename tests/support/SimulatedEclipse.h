@@ -4,7 +4,7 @@
 
 // Simulated eclipses with a known time of minimum, for the tests of errors: a symmetric dip
 // (Gaussian-like or flat-bottomed) sampled at given times, with white Gaussian noise from a
-// seeded generator.
+// seeded generator, and correlated noise to add to it.
 
 #include <algorithm>
 #include <cmath>
@@ -65,6 +65,22 @@ inline std::vector<double> noisyMagnitudes(const Dip& dip, const std::vector<dou
     for (std::size_t i = 0; i < t.size(); ++i)
         m[i] = dip.magnitude(t[i]) + (sigma > 0 ? sigma * g(rng) : 0.0);
     return m;
+}
+
+// White noise of standard deviation white plus a correlated part of standard deviation red with
+// correlation time tau (an AR(1) in steps of 1: the Ornstein-Uhlenbeck process on even
+// sampling), n values.
+inline std::vector<double> correlatedNoise(int n, double white, double red, double tau, std::mt19937_64& rng)
+{
+    std::normal_distribution<double> g(0, 1);
+    const double rho = std::exp(-1 / tau);
+    std::vector<double> e(static_cast<std::size_t>(n));
+    double slow = red * g(rng);
+    for (double& v : e) {
+        v = white * g(rng) + slow;
+        slow = rho * slow + red * std::sqrt(1 - rho * rho) * g(rng);
+    }
+    return e;
 }
 
 } // namespace dip::test

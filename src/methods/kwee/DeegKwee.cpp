@@ -96,23 +96,25 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
     if (weighed.empty())
         return 1;
 
-    // v: each point's coefficient in sum_i g_i d_i (equal times are the same point).
-    std::vector<std::pair<double, double>> v;
+    // v: each point's coefficient in sum_i g_i d_i, as one contrast; a point shared by several
+    // differences is summed once, which keeps the quadratic forms below short.
+    std::vector<std::pair<double, double>> coefficients;
     for (const NoiseContrast& k : chosen)
         for (std::size_t a = 0; a < k.times.size(); ++a)
-            v.emplace_back(k.times[a], k.drift * k.weights[a]);
-    std::sort(v.begin(), v.end());
-    std::size_t kept = 0;
-    for (std::size_t a = 0; a < v.size(); ++a) {
-        if (kept > 0 && v[kept - 1].first == v[a].first)
-            v[kept - 1].second += v[a].second;
-        else
-            v[kept++] = v[a];
+            coefficients.emplace_back(k.times[a], k.drift * k.weights[a]);
+    std::sort(coefficients.begin(), coefficients.end());
+    NoiseContrast v;
+    for (const auto& [time, weight] : coefficients) {
+        if (!v.times.empty() && v.times.back() == time) {
+            v.weights.back() += weight;
+        } else {
+            v.times.push_back(time);
+            v.weights.push_back(weight);
+        }
     }
-    v.resize(kept);
-    double vv = 0;
-    for (const auto& p : v)
-        vv += p.second * p.second;
+    NoiseCovariance unitWhite;
+    unitWhite.white = 1;
+    const double vv = unitWhite.between(v, v);
     // v'Rv of the unit correlated part, once for each correlation time.
     std::vector<std::pair<double, double>> redSums;
     auto redSum = [&](double tau) {
@@ -122,12 +124,8 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
         NoiseCovariance unitRed;
         unitRed.red = 1;
         unitRed.tau = tau;
-        double sum = 0;
-        for (const auto& p : v)
-            for (const auto& q : v)
-                sum += p.second * q.second * unitRed(p.first, q.first);
-        redSums.emplace_back(tau, sum);
-        return sum;
+        redSums.emplace_back(tau, unitRed.between(v, v));
+        return redSums.back().second;
     };
     double modelled = 0;
     for (const WeighedCovariance& w : weighed) {
@@ -260,19 +258,21 @@ bool locate(const std::vector<double>& t, const std::vector<double>& m, const Fo
     }
     const auto [brightest, faintest] = std::minmax_element(smooth.begin(), smooth.end());
     const double threshold = *brightest + 0.5 * (*faintest - *brightest);
+    struct Candidate {
+        std::size_t i, lo, hi;
+    };
+    std::vector<Candidate> faint;
     std::size_t most = 0;
     for (std::size_t i = 0; i < n; ++i) {
         if (smooth[i] >= threshold) {
             const auto [lo, hi] = folds.window(t[i], 0);
+            faint.push_back({i, lo, hi});
             most = std::max(most, hi - lo);
         }
     }
     bool found = false;
     double best = HUGE_VAL;
-    for (std::size_t i = 0; i < n; ++i) {
-        if (smooth[i] < threshold)
-            continue;
-        const auto [lo, hi] = folds.window(t[i], 0);
+    for (const auto& [i, lo, hi] : faint) {
         if (hi - lo < 5 || (hi - lo) * locateShare < most)
             continue;
         const double perPair = folds.sum(lo, hi, t[i]) / static_cast<double>(hi - lo);
