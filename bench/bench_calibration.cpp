@@ -5,7 +5,9 @@
 // method's own, the bootstrap's, Deeg's for Kwee and van Woerden) the pulls
 // (time - truth) / error are collected. An error that is right gives pulls of standard
 // deviation 1; 2 means it is half what it should be. The bootstrap's pulls are also given for
-// the eclipses without a gap alone.
+// the eclipses without a gap alone, and in a second table for curves of fewer points than
+// BootstrapResult::fewPointsForTheNoise (all of them, and those whose noise was not found
+// correlated) and of more.
 //
 // The eclipses: Gaussian-like and flat-bottomed dips of 0.1 to 1 magnitude, 30 to 1000 points
 // (log-uniform) over 1.1 to 2.5 half-durations on each side, sampled evenly, with jitter or at
@@ -292,6 +294,9 @@ struct Pulls {
 struct Row {
     Pulls own, bootstrap, deeg;
     Pulls bootstrapNoGap; // the eclipses without a gap on a branch
+    // The bootstrap's pulls by the length of the curve: short curves, those of them whose noise
+    // was not found correlated (BootstrapResult::unmodelledOnFewPoints), and the longer ones.
+    Pulls bootstrapFew, bootstrapFewUnmodelled, bootstrapMany;
     int failures = 0;
 };
 
@@ -421,6 +426,7 @@ int main(int argc, char** argv)
                 eclipses, replicates);
     std::printf("%-26s %-11s %-14s %-14s %-14s %-14s %s\n", "method", "noise", "own", "bootstrap", "Deeg",
                 "boot., no gap", "fails / no boot. error (Deeg: no time)");
+    std::vector<std::pair<const char*, std::map<int, Row>>> tables;
     for (const Family family : families) {
         std::map<int, Row> table;
         // An eclipse whose picks hold too few points is drawn again from the next stream.
@@ -457,6 +463,10 @@ int main(int argc, char** argv)
                 r.bootstrap.add(fitted.time, e.truth, b.valid() ? b.error : NAN);
                 if (!e.gap)
                     r.bootstrapNoGap.add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                const bool shortCurve = int(e.t.size()) < BootstrapResult::fewPointsForTheNoise;
+                (shortCurve ? r.bootstrapFew : r.bootstrapMany).add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                if (b.unmodelledOnFewPoints())
+                    r.bootstrapFewUnmodelled.add(fitted.time, e.truth, b.valid() ? b.error : NAN);
                 const double pull = (fitted.time - e.truth) / b.error;
                 if (outliers > 0 && b.valid() && std::abs(pull) > outliers)
                     std::printf("  pull %+7.1f  row %d  eclipse %llu: %s, n %zu, sampling %d%s, noise %.3g + red %.3g "
@@ -494,8 +504,23 @@ int main(int argc, char** argv)
                         qPrintable(cell(r.own)), qPrintable(cell(r.bootstrap)), qPrintable(cell(r.deeg)),
                         qPrintable(cell(r.bootstrapNoGap)), qPrintable(fails));
         }
+        tables.emplace_back(name, table);
         std::fflush(stdout);
     }
+    std::printf("\nThe bootstrap's pulls by the curve's length: standard deviation (and number of eclipses)\n");
+    const int few = BootstrapResult::fewPointsForTheNoise;
+    std::printf("%-26s %-11s %-16s %-20s %s\n", "method", "noise", qPrintable(QStringLiteral("< %1 points").arg(few)),
+                "of them not modelled", qPrintable(QStringLiteral(">= %1 points").arg(few)));
+    for (const auto& [name, table] : tables)
+        for (const int row : rows) {
+            const Row& r = table.at(row);
+            auto counted = [](const Pulls& p) {
+                return QStringLiteral("%1 (%2)").arg(p.sd(), 0, 'f', 2).arg(p.values.size());
+            };
+            std::printf("%-26s %-11s %-16s %-20s %s\n", MethodOfRow(row).title, name,
+                        qPrintable(counted(r.bootstrapFew)), qPrintable(counted(r.bootstrapFewUnmodelled)),
+                        qPrintable(counted(r.bootstrapMany)));
+        }
     std::printf("(%.0f s)\n", double(timer.elapsed()) / 1000);
     return 0;
 }

@@ -446,6 +446,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
     result.sieve = prepared.sieve;
     result.noiseCovariance = prepared.noise.covariance;
     result.noiseRms = prepared.noiseRms;
+    result.points = int(setup.t.size());
 
     // The range's times, and their order in time for the modelled noise.
     const std::vector<double> rangeTimes(setup.t.begin() + (setup.first - 1), setup.t.begin() + setup.last);

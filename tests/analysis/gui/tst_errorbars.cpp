@@ -135,6 +135,10 @@ private Q_SLOTS:
             QVERIFY(r.bootstrap.error > 0);
             QCOMPARE(cell(t, i, 6), QStringLiteral("%1 of %1, 0 failed").arg(B));
             QCOMPARE(cell(t, i, 7).isEmpty(), k != 4);
+            // How the noise was drawn; 171 points are enough to judge it on.
+            QCOMPARE(r.bootstrap.points, 171);
+            QVERIFY(!cell(t, i, 8).isEmpty());
+            QVERIFY2(!cell(t, i, 8).contains(QLatin1String("few points")), qPrintable(cell(t, i, 8)));
             // Kept for the reports.
             QVERIFY(Toolkit().rows[std::size_t(k)].bootstrap);
             QCOMPARE(Toolkit().rows[std::size_t(k)].bootstrap->error, r.bootstrap.error);
@@ -184,6 +188,49 @@ private Q_SLOTS:
         QVERIFY(again.ok);
         QCOMPARE(again.time, S().Results(5).methodTime);
         QCOMPARE(again.error, S().Results(5).error);
+    }
+
+    // On a short curve whose noise was not found correlated, the noise column warns that slow
+    // noise could not be seen, and its tip says by how much the error may then be too small;
+    // where correlated noise was found, it says so and does not warn.
+    void aShortCurveWarnsWhereItsNoiseWasNotFoundCorrelated_data()
+    {
+        QTest::addColumn<unsigned>("seed");
+        QTest::addColumn<bool>("correlated");
+        QTest::newRow("white") << 1u << false;
+        QTest::newRow("correlated by chance") << 7u << true;
+    }
+
+    void aShortCurveWarnsWhereItsNoiseWasNotFoundCorrelated()
+    {
+        QFETCH(unsigned, seed);
+        QFETCH(bool, correlated);
+        const double a[5] = {0.3, 0.1, 0.02, 0, 0};
+        QVERIFY(test::loadText(test::csv(test::fourierDip(0.5, 11.0, 25, a, 60, 0.4, 0.6, 0.02, seed))));
+        ReplayRequest parabola;
+        parabola.clicks = {0.47, 0.53};
+        QVERIFY(ReplayMethod(1, parabola).published);
+        CalcMeansOnMainForm();
+        resetToolkit();
+
+        ErrorBarsWindow w;
+        w.show();
+        w.setReplicates(60);
+        QSignalSpy finished(&w, &ErrorBarsWindow::finished);
+        QTest::mouseClick(w.startButton(), Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
+        QVERIFY(w.result());
+        const BootstrapResult& b = w.result()->rows.front().bootstrap;
+        QCOMPARE(b.points, 60);
+        QCOMPARE(b.modelled(), correlated);
+        const QTableWidget* t = w.table();
+        QCOMPARE(t->rowCount(), 1);
+        const QString text = cell(t, 0, 8);
+        const QString tip = t->item(0, 8)->toolTip();
+        QVERIFY2(text.endsWith(QLatin1String(" (few points)")) != correlated, qPrintable(text));
+        QCOMPARE(text.startsWith(QLatin1String("correlated, tau ")), correlated);
+        QCOMPARE(tip.contains(QLatin1String("The noise was judged on 60 points")), !correlated);
+        QCOMPARE(tip.contains(QLatin1String("1.4 to 2.3 times the bootstrap's")), !correlated);
     }
 
     void cancelStopsTheRunAndTheEventLoopTurnsMeanwhile()
