@@ -145,11 +145,12 @@ struct BootstrapResult {
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
     bool modelled() const { return noiseCovariance.correlated(); }
-    // No correlated covariance was found for the noise, on a curve too short to tell: slow noise
-    // there is mostly taken up by the fit and the time, and what is left looks white or nearly
-    // so. On simulated curves of fewer points with correlated noise that was not found, the true
-    // errors were 1.4 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.3 times.
-    bool unmodelledOnFewPoints() const { return !modelled() && points < fewPointsForTheNoise; }
+    // The bootstrap ran, and no correlated covariance was found for the noise, on a curve too
+    // short to tell: slow noise there is mostly taken up by the fit and the time, and what is
+    // left looks white or nearly so. On simulated curves of fewer points with correlated noise
+    // that was not found, the true errors were 1.4 to 2.3 times the bootstrap's; with white
+    // noise, 0.8 to 1.3 times.
+    bool unmodelledOnFewPoints() const { return problem.isEmpty() && !modelled() && points < fewPointsForTheNoise; }
     static constexpr int fewPointsForTheNoise = 100;
 };
 

@@ -601,6 +601,8 @@ private Q_SLOTS:
         QVERIFY(!r.problem.isEmpty());
         QVERIFY(!called);
         QVERIFY(!r.valid());
+        // A run that never started judged no noise: no warning about it.
+        QVERIFY(!r.unmodelledOnFewPoints());
     }
 
     // The session's arrays.

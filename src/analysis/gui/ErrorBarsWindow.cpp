@@ -60,38 +60,42 @@ QString failuresTip(const BootstrapResult& b)
     return parts.join(QLatin1String(", "));
 }
 
-// How the replicates' noise was drawn, in a few words.
-QString noiseText(const BootstrapResult& b)
-{
-    QString text = b.modelled()        ? QStringLiteral("correlated, tau %1 d").arg(b.noiseCovariance.tau, 0, 'g', 2)
-                   : b.sieve           ? QStringLiteral("autoregression")
-                   : b.blockLength > 1 ? QStringLiteral("blocks of %1").arg(b.blockLength)
-                                       : QStringLiteral("white");
-    if (b.unmodelledOnFewPoints())
-        text += QStringLiteral(" (few points)");
-    return text;
-}
+// How the replicates' noise was drawn: a few words for the table and what they mean for its
+// tip, with the warning where the error may be too small.
+struct NoiseDescription {
+    QString text;
+    QString tip;
+};
 
-// What the words mean, and where the error may be too small.
-QString noiseTip(const BootstrapResult& b)
+NoiseDescription describeNoise(const BootstrapResult& b)
 {
-    const QString how =
-        b.modelled()
-            ? QStringLiteral("Drawn from white noise plus noise correlated over tau, fitted to the differences "
-                             "between the branches.")
-        : b.sieve ? QStringLiteral("Drawn from an autoregression fitted to the differences between the branches.")
-        : b.blockLength > 1
-            ? QStringLiteral("The residuals about a smooth model, resampled in blocks of %1 points.").arg(b.blockLength)
-            : QStringLiteral("The residuals about a smooth model, resampled one by one.");
-    if (!b.unmodelledOnFewPoints())
-        return how;
-    return how + QStringLiteral(" The noise was judged on %1 points, too few to see slow noise: on simulated curves of "
-                                "fewer than %2 points with correlated noise that was not found, the true errors were "
-                                "1.4 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.3 times. Where the noise "
-                                "may be correlated (photometry from the ground), widen the error or time a longer "
-                                "curve.")
+    NoiseDescription d;
+    if (b.modelled()) {
+        d.text = QStringLiteral("correlated, tau %1 d").arg(b.noiseCovariance.tau, 0, 'g', 2);
+        d.tip = QStringLiteral("Drawn from white noise plus noise correlated over tau, fitted to the differences "
+                               "between the branches.");
+    } else if (b.sieve) {
+        d.text = QStringLiteral("autoregression");
+        d.tip = QStringLiteral("Drawn from an autoregression fitted to the differences between the branches.");
+    } else if (b.blockLength > 1) {
+        d.text = QStringLiteral("blocks of %1").arg(b.blockLength);
+        d.tip =
+            QStringLiteral("The residuals about a smooth model, resampled in blocks of %1 points.").arg(b.blockLength);
+    } else {
+        d.text = QStringLiteral("white");
+        d.tip = QStringLiteral("The residuals about a smooth model, resampled one by one.");
+    }
+    if (b.unmodelledOnFewPoints()) {
+        d.text += QStringLiteral(" (few points)");
+        d.tip += QStringLiteral(" The noise was judged on %1 points, too few to see slow noise: on simulated curves "
+                                "of fewer than %2 points with correlated noise that was not found, the true errors "
+                                "were 1.4 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.3 times. Where the "
+                                "noise may be correlated (photometry from the ground), widen the error or time a "
+                                "longer curve.")
                      .arg(b.points)
                      .arg(BootstrapResult::fewPointsForTheNoise);
+    }
+    return d;
 }
 
 } // namespace
@@ -308,7 +312,8 @@ void ErrorBarsWindow::showResult(const PublishedErrors& errors)
             set(P16Column, signedErrorBarText(r.p16FromTime()));
             set(P84Column, signedErrorBarText(r.p84FromTime()));
             set(RunsColumn, replicatesText(b), failuresTip(b));
-            set(NoiseColumn, noiseText(b), noiseTip(b));
+            const NoiseDescription noise = describeNoise(b);
+            set(NoiseColumn, noise.text, noise.tip);
         }
         if (r.deeg)
             set(DeegColumn, r.deeg->ok() ? errorBarText(r.deeg->error) : deegKweeStatusText(r.deeg->status));
