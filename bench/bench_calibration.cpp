@@ -7,7 +7,8 @@
 // deviation 1; 2 means it is half what it should be. The bootstrap's pulls are also given for
 // the eclipses without a gap alone, and in a second table for curves of fewer points than
 // BootstrapResult::fewPointsForTheNoise (all of them, and those whose noise was not found
-// correlated) and of more.
+// correlated) and of more; a third table splits the bisectors of chords by whether a chord's
+// crossing is read across a gap (ChordGaps).
 //
 // The eclipses: Gaussian-like and flat-bottomed dips of 0.1 to 1 magnitude, 30 to 1000 points
 // (log-uniform) over 1.1 to 2.5 half-durations on each side, sampled evenly, with jitter or at
@@ -23,6 +24,7 @@
 #include "analysis/MethodBootstrap.h"
 #include "analysis/ReplicateRandom.h"
 #include "methods/MethodRegistry.h"
+#include "methods/chords/ChordGaps.h"
 #include "methods/kwee/DeegKwee.h"
 
 #include <QCoreApplication>
@@ -297,6 +299,9 @@ struct Row {
     // The bootstrap's pulls by the length of the curve: short curves, those of them whose noise
     // was not found correlated (BootstrapResult::unmodelledOnFewPoints), and the longer ones.
     Pulls bootstrapFew, bootstrapFewUnmodelled, bootstrapMany;
+    // The bisectors of chords: eclipses with a chord whose crossing is read across a gap
+    // (ChordGaps), and the others.
+    Pulls bootstrapAcrossAGap, bootstrapNoneAcross;
     int failures = 0;
 };
 
@@ -467,6 +472,12 @@ int main(int argc, char** argv)
                 (shortCurve ? r.bootstrapFew : r.bootstrapMany).add(fitted.time, e.truth, b.valid() ? b.error : NAN);
                 if (b.unmodelledOnFewPoints())
                     r.bootstrapFewUnmodelled.add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                if (row == ChordsRow) {
+                    const ChordGaps gaps = FindChordGaps(curve.t, curve.m, curve.n, request.first, request.last,
+                                                         request.first2, request.last2);
+                    (gaps.any() ? r.bootstrapAcrossAGap : r.bootstrapNoneAcross)
+                        .add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                }
                 const double pull = (fitted.time - e.truth) / b.error;
                 if (outliers > 0 && b.valid() && std::abs(pull) > outliers)
                     std::printf("  pull %+7.1f  row %d  eclipse %llu: %s, n %zu, sampling %d%s, noise %.3g + red %.3g "
@@ -511,16 +522,23 @@ int main(int argc, char** argv)
     const int few = BootstrapResult::fewPointsForTheNoise;
     std::printf("%-26s %-11s %-16s %-20s %s\n", "method", "noise", qPrintable(QStringLiteral("< %1 points").arg(few)),
                 "of them not modelled", qPrintable(QStringLiteral(">= %1 points").arg(few)));
+    auto counted = [](const Pulls& p) { return QStringLiteral("%1 (%2)").arg(p.sd(), 0, 'f', 2).arg(p.values.size()); };
     for (const auto& [name, table] : tables)
         for (const int row : rows) {
             const Row& r = table.at(row);
-            auto counted = [](const Pulls& p) {
-                return QStringLiteral("%1 (%2)").arg(p.sd(), 0, 'f', 2).arg(p.values.size());
-            };
             std::printf("%-26s %-11s %-16s %-20s %s\n", MethodOfRow(row).title, name,
                         qPrintable(counted(r.bootstrapFew)), qPrintable(counted(r.bootstrapFewUnmodelled)),
                         qPrintable(counted(r.bootstrapMany)));
         }
+    std::printf("\nThe bisectors of chords' bootstrap pulls: with a chord read across a gap wider than %g median "
+                "spacings, and without\n",
+                ChordGaps::gapSpacings);
+    std::printf("%-26s %-11s %-16s %s\n", "method", "noise", "across a gap", "none across");
+    for (const auto& [name, table] : tables) {
+        const Row& r = table.at(ChordsRow);
+        std::printf("%-26s %-11s %-16s %s\n", MethodOfRow(ChordsRow).title, name,
+                    qPrintable(counted(r.bootstrapAcrossAGap)), qPrintable(counted(r.bootstrapNoneAcross)));
+    }
     std::printf("(%.0f s)\n", double(timer.elapsed()) / 1000);
     return 0;
 }

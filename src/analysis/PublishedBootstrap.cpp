@@ -143,6 +143,9 @@ PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstra
         }
         if (r.row == KweeRow && r.request.first >= 1 && r.request.last <= curve.n)
             e.deeg = DeegKwee(curve.t, curve.m, curve.n, r.request.first, r.request.last);
+        if (r.row == ChordsRow)
+            e.chordGaps = FindChordGaps(curve.t, curve.m, curve.n, r.request.first, r.request.last, r.request.first2,
+                                        r.request.last2);
         out.rows.push_back(e);
     }
     out.mean = BootstrapWeightedMean(out.rows);

@@ -15,6 +15,7 @@
 #include "analysis/MethodBootstrap.h"
 #include "analysis/WeightedMean.h"
 #include "methods/MethodRegistry.h"
+#include "methods/chords/ChordGaps.h"
 #include "methods/kwee/DeegKwee.h"
 #include "session/Curve.h"
 
@@ -55,6 +56,7 @@ struct PublishedRowErrors {
     MethodResult fitted; // the method on the points themselves
     BootstrapResult bootstrap;
     std::optional<DeegKweeResult> deeg; // row 4
+    std::optional<ChordGaps> chordGaps; // row 3: chords read across a gap, a bias the spread cannot show
 
     // The bootstrap's percentiles as offsets from the published time.
     double p16FromTime() const { return bootstrap.p16 + offset - time; }

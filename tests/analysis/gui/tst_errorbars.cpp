@@ -11,6 +11,7 @@
 #include "methods/MethodRegistry.h"
 #include "session/MainForm.h"
 #include "session/Session.h"
+#include "support/DipCurves.h"
 #include "support/TestSupport.h"
 
 #include <QAction>
@@ -48,6 +49,24 @@ void publishThreeMethods()
     QVERIFY(ReplayMethod(6, ReplayRequest()).published);
     CalcMeansOnMainForm();
     resetToolkit();
+}
+
+// The loaded curve timed by one method, "Calc. Means" pressed.
+void publishOne(int row, const ReplayRequest& request)
+{
+    QVERIFY(ReplayMethod(row, request).published);
+    CalcMeansOnMainForm();
+    resetToolkit();
+}
+
+// A run of B replicates, started with the window's button and waited for.
+void runToTheEnd(ErrorBarsWindow& w, int replicates)
+{
+    w.show();
+    w.setReplicates(replicates);
+    QSignalSpy finished(&w, &ErrorBarsWindow::finished);
+    QTest::mouseClick(w.startButton(), Qt::LeftButton);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
 }
 
 QString cell(const QTableWidget* t, int row, int column)
@@ -139,6 +158,8 @@ private Q_SLOTS:
             // How the noise was drawn, with no warning: 171 points are enough to judge it on.
             QCOMPARE(r.bootstrap.points, 171);
             QCOMPARE(cell(t, i, 8), QLatin1String(noises[i]));
+            // No chords among them: nothing to caution about.
+            QVERIFY(cell(t, i, 9).isEmpty());
             // Kept for the reports.
             QVERIFY(Toolkit().rows[std::size_t(k)].bootstrap);
             QCOMPARE(Toolkit().rows[std::size_t(k)].bootstrap->error, r.bootstrap.error);
@@ -209,16 +230,9 @@ private Q_SLOTS:
         QVERIFY(test::loadText(test::csv(test::fourierDip(0.5, 11.0, 25, a, 60, 0.4, 0.6, 0.02, seed))));
         ReplayRequest parabola;
         parabola.clicks = {0.47, 0.53};
-        QVERIFY(ReplayMethod(1, parabola).published);
-        CalcMeansOnMainForm();
-        resetToolkit();
-
+        publishOne(1, parabola);
         ErrorBarsWindow w;
-        w.show();
-        w.setReplicates(60);
-        QSignalSpy finished(&w, &ErrorBarsWindow::finished);
-        QTest::mouseClick(w.startButton(), Qt::LeftButton);
-        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
+        runToTheEnd(w, 60);
         QVERIFY(w.result());
         const BootstrapResult& b = w.result()->rows.front().bootstrap;
         QCOMPARE(b.points, 60);
@@ -231,6 +245,37 @@ private Q_SLOTS:
         QCOMPARE(text.startsWith(QLatin1String("correlated, tau ")), correlated);
         QCOMPARE(tip.contains(QLatin1String("The noise was judged on 60 points")), !correlated);
         QCOMPARE(tip.contains(QLatin1String("1.4 to 2.3 times the bootstrap's")), !correlated);
+    }
+
+    // The bisectors of chords on a noiseless dip whose right branch lacks the nine points
+    // 34..42 (of 61, one every 1/64 d): the chords of the five left points 22..26 end in the
+    // gap, between points ten spacings apart, and the Caution column says so; the bootstrap's
+    // spread cannot.
+    void chordsReadAcrossAGapAreCautioned()
+    {
+        const double h = 1.0 / 64;
+        test::Points points;
+        for (const auto& p : test::gaussianDip(61, 0.0, h, 30 * h, 5 * h))
+            if (p.first < 34 * h || p.first > 42 * h)
+                points.push_back(p);
+        QVERIFY(test::loadText(test::csv(points)));
+        ReplayRequest chords;
+        chords.clicks = {21.5 * h, 26.5 * h, 42.5 * h, 46.5 * h};
+        publishOne(3, chords);
+        ErrorBarsWindow w;
+        runToTheEnd(w, 20);
+        QVERIFY(w.result());
+        const PublishedRowErrors& r = w.result()->rows.front();
+        QCOMPARE(r.row, 3);
+        QVERIFY(r.chordGaps);
+        QCOMPARE(r.chordGaps->acrossAGap, 5);
+        const QTableWidget* t = w.table();
+        QCOMPARE(t->horizontalHeaderItem(9)->text(), QStringLiteral("Caution"));
+        QCOMPARE(cell(t, 0, 9), QStringLiteral("5 of 9 chords across a gap"));
+        const QString tip = t->item(0, 9)->toolTip();
+        QVERIFY2(tip.contains(QLatin1String("two points up to 10 median spacings apart")), qPrintable(tip));
+        QVERIFY(tip.contains(
+            QLatin1String("Pick the stretches so that their chords end where the other branch has points.")));
     }
 
     void cancelStopsTheRunAndTheEventLoopTurnsMeanwhile()
