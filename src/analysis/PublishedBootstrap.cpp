@@ -170,4 +170,10 @@ QString replicatesText(const BootstrapResult& b)
     return QStringLiteral("%1 of %2, %3 failed").arg(b.successes).arg(b.requested).arg(b.failures);
 }
 
+QString chordGapsText(const ChordGaps& gaps)
+{
+    return gaps.any() ? QStringLiteral("%1 of %2 chords across a gap").arg(gaps.acrossAGap).arg(gaps.chords)
+                      : QString();
+}
+
 } // namespace dip

@@ -88,9 +88,11 @@ WeightedMean BootstrapWeightedMean(const std::vector<PublishedRowErrors>& rows);
 
 // The texts the Error bars window and the console tool show alike: an error to three
 // significant digits, an offset with its sign ("-" for either when it is not a number), and
-// the replicates run ("480 of 500, 20 failed").
+// the replicates run ("480 of 500, 20 failed"), and the chords read across a gap ("5 of 9
+// chords across a gap"; empty where none is).
 QString errorBarText(double error);
 QString signedErrorBarText(double offset);
 QString replicatesText(const BootstrapResult& b);
+QString chordGapsText(const ChordGaps& gaps);
 
 } // namespace dip

@@ -128,6 +128,13 @@ public:
                      .arg(QStringLiteral("Deeg's error (row 4)"), -30)
                      .arg(r.deeg->ok() ? errorBarText(r.deeg->error) : deegKweeStatusText(r.deeg->status));
         }
+        // A bias the errors above leave out.
+        for (const PublishedRowErrors& r : m_errors->rows) {
+            if (r.chordGaps && r.chordGaps->any())
+                t += QStringLiteral("%1%2\n")
+                         .arg(QStringLiteral("Caution (row 3)"), -30)
+                         .arg(chordGapsText(*r.chordGaps));
+        }
         const WeightedMean& w = m_errors->mean;
         t += QStringLiteral("%1%2\n")
                  .arg(QStringLiteral("Weighted Mean (bootstrap)"), -30)

@@ -7,6 +7,7 @@
 
 #include "analysis/Toolkit.h"
 #include "analysis/WeightedMean.h"
+#include "support/DipCurves.h"
 #include "support/TestSupport.h"
 
 #include <QJsonArray>
@@ -148,6 +149,29 @@ private Q_SLOTS:
         QVERIFY(lines.value(title + 4).startsWith(QLatin1String("Deeg's error (row 4)")));
         QVERIFY(lines.value(title + 5).startsWith(QLatin1String("Weighted Mean (bootstrap)     0.512")));
         QVERIFY(lines.value(title + 6).startsWith(QLatin1String("Std. Error (bootstrap)")));
+    }
+
+    // Chords read across a gap: a caution after Deeg's line, with the window's words; none on
+    // the example, whose branches have no gap.
+    void theTableCautionsAboutChordsAcrossAGap()
+    {
+        const test::DataFolder folder;
+        const QString file = folder.write(QStringLiteral("gap.csv"), test::csv(test::sixtyFourthsDip(34, 42)));
+        const double h = 1.0 / 64;
+        const QString clicks = QStringLiteral("%1,%2,%3,%4")
+                                   .arg(21.5 * h, 0, 'g', 17)
+                                   .arg(26.5 * h, 0, 'g', 17)
+                                   .arg(42.5 * h, 0, 'g', 17)
+                                   .arg(46.5 * h, 0, 'g', 17);
+        const Run r =
+            measure({file, QStringLiteral("--chords"), clicks, QStringLiteral("--bootstrap"), QStringLiteral("20")});
+        QCOMPARE(r.code, 0);
+        QVERIFY2(r.out.contains(QLatin1String("\nCaution (row 3)               5 of 9 chords across a gap\n")),
+                 qPrintable(r.out));
+        const Run example = measure(allMethods() << QStringLiteral("--bootstrap") << QStringLiteral("20"));
+        QCOMPARE(example.code, 0);
+        QVERIFY(example.out.contains(QLatin1String("Bootstrap errors (B = 20, seed 1)")));
+        QVERIFY(!example.out.contains(QLatin1String("Caution")));
     }
 
     void badCommandLines_data()

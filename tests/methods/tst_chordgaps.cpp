@@ -17,20 +17,17 @@ using dip::test::Points;
 
 namespace {
 
-// Points k = 0..60 at k h, h = 1/64 d (spacings exact in binary), of a Gaussian dip at point 30.
 constexpr double h = 1.0 / 64;
 constexpr double centre = 30 * h;
 
-// The dip less the points from..to.
+// The test dip (one point every h, centred on point 30) less the points from..to.
 CurveData dipWithout(int from, int to)
 {
     std::vector<double> t, m;
-    const Points points = test::gaussianDip(61, 0.0, h, centre, 5 * h);
-    for (int k = 0; k <= 60; ++k)
-        if (k < from || k > to) {
-            t.push_back(points[std::size_t(k)].first);
-            m.push_back(points[std::size_t(k)].second);
-        }
+    for (const auto& [x, y] : test::sixtyFourthsDip(from, to)) {
+        t.push_back(x);
+        m.push_back(y);
+    }
     return CurveData::from(t, m);
 }
 

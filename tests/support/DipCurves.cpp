@@ -22,6 +22,16 @@ Points gaussianDip(int n, double first, double step, double centre, double width
     return p;
 }
 
+Points sixtyFourthsDip(int missingFrom, int missingTo)
+{
+    const double h = 1.0 / 64;
+    Points p;
+    for (const auto& point : gaussianDip(61, 0.0, h, 30 * h, 5 * h))
+        if (point.first < missingFrom * h || point.first > missingTo * h)
+            p.push_back(point);
+    return p;
+}
+
 double fourierMag(double t, double xo, double c, double w, const double a[5])
 {
     const double u = w * (t - xo);

@@ -21,6 +21,10 @@ double gaussianMag(double t, double centre, double width, double depth = 0.8, do
 Points gaussianDip(int n, double first, double step, double centre, double width, double depth = 0.8,
                    double base = 11.0);
 
+// Points k = 0..60 at k / 64 d (spacings exact in binary) of a Gaussian dip of width 5/64 d
+// centred on point 30, less the points missingFrom..missingTo: a gap where they are.
+Points sixtyFourthsDip(int missingFrom, int missingTo);
+
 // The Fourier fit's model, m(t) = C + sum_k A_k (cos(k u) - 1), u = W (t - Xo), summed from C
 // in the order of k; a holds A1..A5.
 double fourierMag(double t, double xo, double c, double w, const double a[5]);

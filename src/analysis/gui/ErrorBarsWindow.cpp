@@ -105,7 +105,7 @@ CellText describeChordGaps(const ChordGaps& g)
     CellText d;
     if (!g.any())
         return d;
-    d.text = QStringLiteral("%1 of %2 chords across a gap").arg(g.acrossAGap).arg(g.chords);
+    d.text = chordGapsText(g);
     d.tip =
         QStringLiteral("These chords end on a crossing read by a straight line between two points up to %1 "
                        "median spacings apart, across the curved branch: the time can be off by more than any "

@@ -254,11 +254,7 @@ private Q_SLOTS:
     void chordsReadAcrossAGapAreCautioned()
     {
         const double h = 1.0 / 64;
-        test::Points points;
-        for (const auto& p : test::gaussianDip(61, 0.0, h, 30 * h, 5 * h))
-            if (p.first < 34 * h || p.first > 42 * h)
-                points.push_back(p);
-        QVERIFY(test::loadText(test::csv(points)));
+        QVERIFY(test::loadText(test::csv(test::sixtyFourthsDip(34, 42))));
         ReplayRequest chords;
         chords.clicks = {21.5 * h, 26.5 * h, 42.5 * h, 46.5 * h};
         publishOne(3, chords);
