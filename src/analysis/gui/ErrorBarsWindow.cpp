@@ -306,6 +306,8 @@ void ErrorBarsWindow::done()
 
 void ErrorBarsWindow::showResult(const PublishedErrors& errors)
 {
+    // A cell this run leaves empty must not keep what an earlier run wrote there.
+    m_table->clearContents();
     m_table->setRowCount(int(errors.rows.size()));
     int i = 0;
     for (const PublishedRowErrors& r : errors.rows) {

@@ -272,6 +272,18 @@ private Q_SLOTS:
         QVERIFY2(tip.contains(QLatin1String("two points up to 10 median spacings apart")), qPrintable(tip));
         QVERIFY(tip.contains(
             QLatin1String("Pick the stretches so that their chords end where the other branch has points.")));
+
+        // The gap filled and the chords published again: a second run in the same window
+        // leaves the column empty, nothing kept from the first.
+        QVERIFY(test::loadText(test::csv(test::sixtyFourthsDip(99, 99))));
+        publishOne(3, chords);
+        runToTheEnd(w, 20);
+        QVERIFY(w.result());
+        QVERIFY(w.result()->rows.front().chordGaps);
+        QCOMPARE(w.result()->rows.front().chordGaps->acrossAGap, 0);
+        QCOMPARE(t->rowCount(), 1);
+        QVERIFY(cell(t, 0, 3) != QLatin1String("none"));
+        QVERIFY(cell(t, 0, 9).isEmpty());
     }
 
     void cancelStopsTheRunAndTheEventLoopTurnsMeanwhile()
