@@ -4,7 +4,7 @@
 
 #include "analysis/LocalSmoother.h"
 #include "analysis/ReplicateRandom.h"
-#include "methods/kwee/Autoregression.h"
+#include "analysis/Autoregression.h"
 #include "methods/kwee/NoiseCovariance.h"
 #include "runtime/RuntimeError.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Copyright (c) the Dipscope developers
-#include "methods/kwee/Autoregression.h"
+#include "analysis/Autoregression.h"
 
 #include <algorithm>
 #include <cmath>
