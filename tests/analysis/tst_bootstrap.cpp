@@ -571,6 +571,37 @@ private Q_SLOTS:
         QCOMPARE(bootstrapBlockLength(rho, n), expected);
     }
 
+    // The warning about noise judged on too few points: below 100 used points, and only where
+    // no correlated covariance was found and the bootstrap ran.
+    void fewPointsWarnBelowAHundredUnlessTheNoiseWasModelled_data()
+    {
+        QTest::addColumn<int>("points");
+        QTest::addColumn<bool>("correlated");
+        QTest::addColumn<bool>("refused");
+        QTest::addColumn<bool>("warns");
+        QTest::newRow("99 points") << 99 << false << false << true;
+        QTest::newRow("100 points") << 100 << false << false << false;
+        QTest::newRow("99 points, correlated noise found") << 99 << true << false << false;
+        QTest::newRow("99 points, refused") << 99 << false << true << false;
+    }
+    void fewPointsWarnBelowAHundredUnlessTheNoiseWasModelled()
+    {
+        QFETCH(int, points);
+        QFETCH(bool, correlated);
+        QFETCH(bool, refused);
+        QFETCH(bool, warns);
+        BootstrapResult b;
+        b.points = points;
+        if (correlated) {
+            b.noiseCovariance.red = 1e-4;
+            b.noiseCovariance.tau = 0.01;
+        }
+        if (refused)
+            b.problem = QStringLiteral("no replicates asked for");
+        QCOMPARE(BootstrapResult::fewPointsForTheNoise, 100);
+        QCOMPARE(b.unmodelledOnFewPoints(), warns);
+    }
+
     void refusedSetups_data()
     {
         QTest::addColumn<int>("first");

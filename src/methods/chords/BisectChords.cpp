@@ -8,6 +8,22 @@ namespace dip {
 
 using rt::fin;
 
+long long LeftPartner(const rt::ObsArray& m, rt::Integer n, long long i)
+{
+    long long j = n;
+    while (m(j) < m(i))
+        --j;
+    return j;
+}
+
+long long RightPartner(const rt::ObsArray& m, long long i)
+{
+    long long j = 1;
+    while (m(j) < m(i))
+        ++j;
+    return j;
+}
+
 ChordsResult BisectChords(const rt::ObsArray& t, const rt::ObsArray& m, rt::Integer n, rt::Integer Idx1,
                           rt::Integer Idx2, rt::Integer Idx3, rt::Integer Idx4)
 {
@@ -19,24 +35,16 @@ ChordsResult BisectChords(const rt::ObsArray& t, const rt::ObsArray& m, rt::Inte
         Q = fin(Q + h * h);
     };
 
-    // Left range: the partner is the first point from the end at least as faint, and the
-    // crossing lies between it and the point after it.
     for (long long i = Idx1; i <= Idx2; ++i) {
         ++N;
-        long long j = n;
-        while (m(j) < m(i))
-            --j;
+        const long long j = LeftPartner(m, n, i);
         const double c = fin(t(j) + rt::div(fin((m(i) - m(j)) * (t(j + 1) - t(j))), m(j + 1) - m(j)));
         add((t(i) + c) / 2);
     }
 
-    // Right range: the partner is the first point from the start at least as faint, and the
-    // crossing lies between the point before it and it.
     for (long long i = Idx3; i <= Idx4; ++i) {
         ++N;
-        long long j = 1;
-        while (m(j) < m(i))
-            ++j;
+        const long long j = RightPartner(m, i);
         const double c = fin(t(j - 1) + rt::div(fin((m(i) - m(j - 1)) * (t(j) - t(j - 1))), m(j) - m(j - 1)));
         add((t(i) + c) / 2);
     }

@@ -2,6 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "methods/chords/ChordGaps.h"
 
+#include "methods/chords/BisectChords.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -11,9 +13,9 @@ ChordGaps FindChordGaps(const rt::ObsArray& t, const rt::ObsArray& m, rt::Intege
                         rt::Integer Idx3, rt::Integer Idx4)
 {
     ChordGaps g;
-    const long count = std::min<long>(n, rt::ObsArray::upper);
+    const long long count = std::min<long long>(n, rt::ObsArray::upper);
     std::vector<double> spacing;
-    for (long i = 2; i <= count; ++i) {
+    for (long long i = 2; i <= count; ++i) {
         const double d = t(i) - t(i - 1);
         if (d > 0)
             spacing.push_back(d);
@@ -24,7 +26,9 @@ ChordGaps FindChordGaps(const rt::ObsArray& t, const rt::ObsArray& m, rt::Intege
     std::nth_element(spacing.begin(), middle, spacing.end());
     const double median = *middle;
 
-    auto crossing = [&](long a, long b) {
+    // The two points a crossing is read between; a partner at an end of the curve has no
+    // point beyond it (the method reads the empty slot there), and is not counted.
+    auto crossing = [&](long long a, long long b) {
         if (a < 1 || b > count)
             return;
         ++g.chords;
@@ -33,19 +37,12 @@ ChordGaps FindChordGaps(const rt::ObsArray& t, const rt::ObsArray& m, rt::Intege
         if (width > ChordGaps::gapSpacings)
             ++g.acrossAGap;
     };
-    // A left point's partner: the first point from the end at least as faint; the crossing
-    // lies between it and the point after it. A right point's: the first from the start, the
-    // crossing between the point before it and it.
-    for (long i = std::max<long>(Idx1, 1); i <= std::min<long>(Idx2, count); ++i) {
-        long j = count;
-        while (j >= 1 && m(j) < m(i))
-            --j;
+    for (long long i = std::max<long long>(Idx1, 1); i <= std::min<long long>(Idx2, count); ++i) {
+        const long long j = LeftPartner(m, rt::Integer(count), i);
         crossing(j, j + 1);
     }
-    for (long i = std::max<long>(Idx3, 1); i <= std::min<long>(Idx4, count); ++i) {
-        long j = 1;
-        while (j <= count && m(j) < m(i))
-            ++j;
+    for (long long i = std::max<long long>(Idx3, 1); i <= std::min<long long>(Idx4, count); ++i) {
+        const long long j = RightPartner(m, i);
         crossing(j - 1, j);
     }
     return g;
