@@ -231,8 +231,8 @@ private Q_SLOTS:
     }
 
     // A replicate's covariance: the plausible one the uniform number falls on by weight, its
-    // scale divided by chi^2_n / n at the normal number (Wilson and Hilferty: at z = 0,
-    // (1 - 2 / 9n)^3), at most 125 times; white noise's fitted covariance as it is.
+    // scale divided by chi^2_d / d at the normal number (Wilson and Hilferty: at z = 0,
+    // (1 - 2 / 9d)^3), at most 125 times; white noise's fitted covariance as it is.
     void drawByWeightAndScale()
     {
         NoiseCovarianceFit fit;
@@ -250,7 +250,8 @@ private Q_SLOTS:
         fit.covariance = a;
         fit.plausible = {a, b};
         fit.cumulativeWeights = {1, 4};
-        fit.innovations.assign(10, 0.0); // ten contrasts fitted
+        fit.innovations.assign(11, 0.0);
+        fit.degreesOfFreedom = 10; // eleven contrasts fitted, with drifts
         const double atZero = std::pow(1 - 2.0 / 90, 3);
         QCOMPARE(fit.draw(0.2, 0).tau, 3.0);
         QCOMPARE(fit.draw(0.2, 0).red, 2 / atZero);
@@ -258,6 +259,19 @@ private Q_SLOTS:
         QCOMPARE(fit.draw(0.3, 0).white, 0.5 / atZero);
         QCOMPARE(fit.draw(0.99, -20).red, 4 / 0.008);
         QVERIFY(fit.draw(0.99, 2).red < 4);
+    }
+
+    // The scale's degrees of freedom: one per contrast, less the one a fitted centre took up
+    // where the contrasts carry its drifts.
+    void degreesOfFreedomCountTheCentre()
+    {
+        std::mt19937_64 rng(47);
+        const std::vector<NoiseContrast> contrasts = reflected(test::correlatedNoise(61, 0.005, 0.01, 8, rng), 30, 30);
+        const NoiseCovarianceFit untold = fitNoiseCovariance(centred(contrasts, false), 1);
+        const NoiseCovarianceFit told = fitNoiseCovariance(centred(contrasts, true), 1);
+        QVERIFY(untold.ok && told.ok);
+        QCOMPARE(int(untold.degreesOfFreedom), 30);
+        QCOMPARE(int(told.degreesOfFreedom), 29);
     }
 
     // The innovations the replicates are drawn from: centred, of unit mean square.

@@ -140,8 +140,7 @@ NoiseCovariance NoiseCovarianceFit::draw(double u, double z) const
                              cumulativeWeights.begin()),
                  plausible.size() - 1);
     NoiseCovariance c = plausible[k];
-    // One innovation per contrast fitted: n of them.
-    const double a = 2.0 / (9 * double(innovations.size()));
+    const double a = 2.0 / (9 * double(std::max<std::size_t>(degreesOfFreedom, 1)));
     const double q = std::max(1 - a + z * std::sqrt(a), 0.2);
     const double chiOverN = q * q * q;
     c.white /= chiOverN;
@@ -320,6 +319,7 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
     for (double& x : z)
         x /= norm;
     fit.innovations = z;
+    fit.degreesOfFreedom = g.empty() ? n : n - 1;
     if (fit.covariance.correlated()) {
         double total = 0;
         for (const Cell& cell : cells) {

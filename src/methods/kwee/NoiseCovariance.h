@@ -38,7 +38,8 @@
 // is then given too small an error). So where the noise is correlated, the fit also keeps every
 // cell of the grid the data do not rule out, weighted by its likelihood relative to the best,
 // exp(-delta / 2), and each replicate draws its covariance from them, its scale divided by a
-// draw of chi^2_n / n (the doubt of a variance from n whitened contrasts).
+// draw of chi^2_d / d (the doubt of a variance from d whitened contrasts: n of them, one fewer
+// where a fitted centre has taken up the part along their drifts).
 
 #include <cstddef>
 #include <vector>
@@ -77,10 +78,12 @@ struct NoiseCovarianceFit {
     // scale) and their likelihood weights summed up as they go.
     std::vector<NoiseCovariance> plausible;
     std::vector<double> cumulativeWeights;
+    // What the scale was measured on: the contrasts fitted, less one where they carry drifts.
+    std::size_t degreesOfFreedom = 0;
 
     // One replicate's covariance from a uniform number u in [0, 1) and a normal one z: the
-    // plausible covariance u falls on, its scale divided by chi^2_n / n from z, n the contrasts
-    // fitted (Wilson and Hilferty's cube, kept at 0.008 or more). The fitted covariance itself
+    // plausible covariance u falls on, its scale divided by chi^2_d / d from z, d the degrees of
+    // freedom (Wilson and Hilferty's cube, kept at 0.008 or more). The fitted covariance itself
     // where the noise is white.
     NoiseCovariance draw(double u, double z) const;
 };
