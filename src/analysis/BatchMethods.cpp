@@ -3,6 +3,8 @@
 #include "analysis/BatchMethods.h"
 
 #include "analysis/MethodBootstrap.h"
+#include "analysis/PublishedBootstrap.h"
+#include "methods/chords/ChordGaps.h"
 
 #include <cmath>
 
@@ -26,9 +28,9 @@ std::optional<BatchMethodCall> batchMethodCall(const BatchWindow& window, int me
 {
     if (!isBatchMethod(method))
         return std::nullopt;
-    const BatchWindow w = method == KweeRow ? window.central(kweePoints)
+    const BatchWindow w = method == KweeRow      ? window.central(kweePoints)
                           : method == SlidingRow ? window.central(slidingPoints)
-                                        : window;
+                                                 : window;
     BatchMethodCall call;
     call.curve = CurveData::from(w.t, w.m);
     MethodRequest& r = call.request;
@@ -78,6 +80,9 @@ MethodOutcome runBatchMethod(const BatchWindow& window, int method, int bootstra
     out.time = r.time;
     out.error = std::abs(r.error);
     out.points = method == SlidingRow ? r.slideN : c.points;
+    if (method == ChordsRow)
+        out.caution = chordGapsText(FindChordGaps(curve.t, curve.m, curve.n, c.request.first, c.request.last,
+                                                  c.request.first2, c.request.last2));
     if (bootstrap > 0) {
         MethodBootstrapOptions options;
         options.replicates = bootstrap;

@@ -83,6 +83,8 @@ EclipseRows timeOne(const LightCurve& curve, const QString& file, const BatchSet
                 break;
             }
             row.status = QStringLiteral("ok") + said;
+            if (!outcome.caution.isEmpty())
+                row.status += QStringLiteral("; ") + outcome.caution;
             row.timed = true;
             row.time = cut.window.offset + outcome.time;
             row.error = outcome.error;

@@ -29,6 +29,9 @@ struct MethodOutcome {
     // The bootstrap error, days, when one was asked for and could be formed; otherwise why not.
     std::optional<double> bootstrapError;
     QString bootstrapNote;
+    // A doubt about the time that neither error shows ("5 of 9 chords across a gap"); empty
+    // where there is none.
+    QString caution;
 };
 
 // Runs one method on one window, with a bootstrap of `bootstrap` resamples when it is above 0.

@@ -74,6 +74,23 @@ MethodOutcome deepestPoint(const BatchWindow& w, int method, int)
     return out;
 }
 
+// A window of a Gaussian dip (width 30 spacings, depth 0.5) about its centre at point 60: 60
+// points on each side at a spacing of 0.001 d, the right branch's from 31 on moved 10 spacings
+// out when gap is set (a gap between 30 and 40 spacings from the centre, in the steep part the
+// batch gives the chords, outside the middle half it skips).
+BatchWindow gaussianWindow(bool gap)
+{
+    BatchWindow w;
+    w.cycle = 7;
+    w.centre = 60;
+    for (int k = -60; k <= 60; ++k) {
+        const double x = k > 30 && gap ? k + 10 : k;
+        w.t.push_back(0.5 + 0.001 * x);
+        w.m.push_back(10 + 0.5 * std::exp(-(x / 30) * (x / 30)));
+    }
+    return w;
+}
+
 QString runToCsv(const LightCurve& curve, const BatchSettings& settings, const MethodRunner& runner,
                  FileTiming* timing = nullptr)
 {
@@ -109,6 +126,9 @@ private Q_SLOTS:
     void everyMethodOnTheExampleLongLightCurve_data();
     void everyMethodOnTheExampleLongLightCurve();
     void defaultMethodsRecoverTheTimingVariation();
+
+    void chordsAcrossAGapAreCautioned();
+    void cautionFollowsTheMessages();
 };
 
 void TestBatchTiming::poolDeliversInOrder_data()
@@ -537,6 +557,58 @@ void TestBatchTiming::defaultMethodsRecoverTheTimingVariation()
         // part of the noise they share.
         QVERIFY2(f.rms < 2 * spread + 0.00002, qPrintable(what));
     }
+}
+
+void TestBatchTiming::chordsAcrossAGapAreCautioned()
+{
+    const MethodOutcome plain = runBatchMethod(gaussianWindow(false), 3, 0);
+    QCOMPARE(plain.status, MethodOutcome::Status::Done);
+    QVERIFY(std::abs(plain.time - 0.5) < 1e-6);
+    QCOMPARE(plain.caution, QString());
+
+    // The left stretch's chords from 31 spacings out are read across the gap on the right
+    // branch: their crossings, and the time (by 0.05 spacings, 5e-5 d), are off.
+    const MethodOutcome gap = runBatchMethod(gaussianWindow(true), 3, 0);
+    QCOMPARE(gap.status, MethodOutcome::Status::Done);
+    QVERIFY(std::abs(gap.time - 0.5) > 3e-5);
+    const QRegularExpressionMatch match =
+        QRegularExpression(QStringLiteral("^(\\d+) of (\\d+) chords across a gap$")).match(gap.caution);
+    QVERIFY2(match.hasMatch(), qPrintable(gap.caution));
+    QVERIFY(match.captured(1).toInt() > 0);
+    QVERIFY(match.captured(1).toInt() < match.captured(2).toInt());
+
+    // The other methods carry no caution.
+    QCOMPARE(runBatchMethod(gaussianWindow(true), 4, 0).caution, QString());
+}
+
+void TestBatchTiming::cautionFollowsTheMessages()
+{
+    const Ephemeris e{2459000.3, 0.8, true};
+    const LightCurve curve = syntheticCurve(e, 1, 0.002, noShift);
+    BatchSettings s;
+    s.eclipses.ephemeris = e;
+    s.eclipses.halfWidth = 0.07;
+    s.methods = {3};
+    const MethodRunner cautioned = [](const BatchWindow& w, int method, int) {
+        MethodOutcome out = deepestPoint(w, 4, 0);
+        out.messages = {QStringLiteral("Singular matrix 2")};
+        out.caution = QStringLiteral("2 of 9 chords across a gap");
+        out.bootstrapNote = QStringLiteral("1 of 10 resamples gave a time");
+        (void)method;
+        return out;
+    };
+    std::vector<BatchRow> rows;
+    timeEveryEclipse(curve, QStringLiteral("a.csv"), s, cautioned, [&](const BatchRow& row) { rows.push_back(row); });
+    QCOMPARE(rows.size(), std::size_t(1));
+    QCOMPARE(rows[0].status, QStringLiteral("ok; Singular matrix 2; 2 of 9 chords across a gap"));
+
+    s.bootstrap = 10;
+    rows.clear();
+    timeEveryEclipse(curve, QStringLiteral("a.csv"), s, cautioned, [&](const BatchRow& row) { rows.push_back(row); });
+    QCOMPARE(rows.size(), std::size_t(1));
+    QCOMPARE(rows[0].status,
+             QStringLiteral("ok; Singular matrix 2; 2 of 9 chords across a gap; no bootstrap error: 1 of 10 resamples "
+                            "gave a time"));
 }
 
 QTEST_APPLESS_MAIN(TestBatchTiming)
