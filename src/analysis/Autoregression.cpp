@@ -9,8 +9,7 @@ namespace dip {
 
 AutoregressionByOrder::AutoregressionByOrder(double variance, std::size_t n)
     : m_n(n), m_v(variance), m_bestV(variance), m_bestCriterion(double(n) * std::log(variance))
-{
-}
+{}
 
 bool AutoregressionByOrder::extend(double k)
 {

@@ -2,9 +2,9 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/Bootstrap.h"
 
+#include "analysis/Autoregression.h"
 #include "analysis/LocalSmoother.h"
 #include "analysis/ReplicateRandom.h"
-#include "analysis/Autoregression.h"
 #include "methods/kwee/NoiseCovariance.h"
 #include "runtime/RuntimeError.h"
 

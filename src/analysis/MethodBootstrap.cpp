@@ -153,7 +153,8 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
                 latest = std::max(latest, double(curve.t(i)));
             }
             if (!(fitted.time >= earliest && fitted.time <= latest))
-                return refused(options.replicates, QStringLiteral("the time lies outside the points it was measured on"));
+                return refused(options.replicates,
+                               QStringLiteral("the time lies outside the points it was measured on"));
         }
         BootstrapSetup setup = BootstrapSetup::fromArrays(curve.t, curve.m, curve.n, span.first, span.last);
         setup.arrays = &curve;
