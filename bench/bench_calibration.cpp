@@ -9,7 +9,9 @@
 // as the error, and in a second table for curves of fewer points than
 // BootstrapResult::fewPointsForTheNoise (all of them, and those whose noise was not found
 // correlated) and of more; a third table splits the bisectors of chords by whether a chord's
-// crossing is read across a gap (ChordGaps).
+// crossing is read across a gap (ChordGaps), and gives for those the pulls of the error with the
+// replicates' shift from the time added (BootstrapResult::errorWithShift), the caution's, and
+// every eclipse's with the error the window advises.
 //
 // The eclipses: Gaussian-like and flat-bottomed dips of 0.1 to 1 magnitude, 30 to 1000 points
 // (log-uniform) over 1.1 to 2.5 half-durations on each side, sampled evenly, with jitter or at
@@ -306,6 +308,9 @@ struct Row {
     // The bisectors of chords: eclipses with a chord whose crossing is read across a gap
     // (ChordGaps), and the others.
     Pulls bootstrapAcrossAGap, bootstrapNoneAcross;
+    // The first with the replicates' shift from the time added to the error (the caution's),
+    // and every eclipse with the error the window advises: that one where a chord is across.
+    Pulls acrossAGapWithShift, chordsAsAdvised;
     int failures = 0;
 };
 
@@ -482,6 +487,10 @@ int main(int argc, char** argv)
                                                          request.first2, request.last2);
                     (gaps.any() ? r.bootstrapAcrossAGap : r.bootstrapNoneAcross)
                         .add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                    const double advised = !b.valid() ? NAN : gaps.any() ? b.errorWithShift(fitted.time) : b.error;
+                    if (gaps.any())
+                        r.acrossAGapWithShift.add(fitted.time, e.truth, advised);
+                    r.chordsAsAdvised.add(fitted.time, e.truth, advised);
                 }
                 const double pull = (fitted.time - e.truth) / b.error;
                 if (outliers > 0 && b.valid() && std::abs(pull) > outliers)
@@ -538,11 +547,13 @@ int main(int argc, char** argv)
     std::printf("\nThe bisectors of chords' bootstrap pulls: with a chord read across a gap wider than %g median "
                 "spacings, and without\n",
                 ChordGaps::gapSpacings);
-    std::printf("%-26s %-11s %-16s %s\n", "method", "noise", "across a gap", "none across");
+    std::printf("%-26s %-11s %-16s %-20s %-16s %s\n", "method", "noise", "across a gap", "with the shift",
+                "none across", "all, as advised");
     for (const auto& [name, table] : tables) {
         const Row& r = table.at(ChordsRow);
-        std::printf("%-26s %-11s %-16s %s\n", MethodOfRow(ChordsRow).title, name,
-                    qPrintable(counted(r.bootstrapAcrossAGap)), qPrintable(counted(r.bootstrapNoneAcross)));
+        std::printf("%-26s %-11s %-16s %-20s %-16s %s\n", MethodOfRow(ChordsRow).title, name,
+                    qPrintable(counted(r.bootstrapAcrossAGap)), qPrintable(counted(r.acrossAGapWithShift)),
+                    qPrintable(counted(r.bootstrapNoneAcross)), qPrintable(counted(r.chordsAsAdvised)));
     }
     std::printf("(%.0f s)\n", double(timer.elapsed()) / 1000);
     return 0;

@@ -80,18 +80,20 @@ MethodOutcome runBatchMethod(const BatchWindow& window, int method, int bootstra
     out.time = r.time;
     out.error = std::abs(r.error);
     out.points = method == SlidingRow ? r.slideN : c.points;
-    if (method == ChordsRow)
-        out.caution = chordGapsText(FindChordGaps(curve.t, curve.m, curve.n, c.request.first, c.request.last,
-                                                  c.request.first2, c.request.last2));
+    const ChordGaps gaps = method == ChordsRow ? FindChordGaps(curve.t, curve.m, curve.n, c.request.first,
+                                                               c.request.last, c.request.first2, c.request.last2)
+                                               : ChordGaps();
+    out.caution = chordGapsText(gaps);
     if (bootstrap > 0) {
         MethodBootstrapOptions options;
         options.replicates = bootstrap;
         options.seed = bootstrapSeed(window.cycle);
         options.threads = 1; // the batch already runs one eclipse per thread
         const BootstrapResult b = BootstrapMethod(method, curve, c.request, r, options);
-        if (b.valid())
+        if (b.valid()) {
             out.bootstrapError = b.error;
-        else if (!b.problem.isEmpty())
+            out.caution = chordGapsText(gaps, b.errorWithShift(r.time));
+        } else if (!b.problem.isEmpty())
             out.bootstrapNote = b.problem;
         else
             out.bootstrapNote = QStringLiteral("%1 of %2 resamples gave a time").arg(b.successes).arg(b.requested);

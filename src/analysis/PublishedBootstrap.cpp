@@ -170,10 +170,25 @@ QString replicatesText(const BootstrapResult& b)
     return QStringLiteral("%1 of %2, %3 failed").arg(b.successes).arg(b.requested).arg(b.failures);
 }
 
-QString chordGapsText(const ChordGaps& gaps)
+QString chordGapsText(const ChordGaps& gaps, double errorWithShift)
 {
-    return gaps.any() ? QStringLiteral("%1 of %2 chords across a gap").arg(gaps.acrossAGap).arg(gaps.chords)
-                      : QString();
+    if (!gaps.any())
+        return QString();
+    QString text = QStringLiteral("%1 of %2 chords across a gap").arg(gaps.acrossAGap).arg(gaps.chords);
+    if (std::isfinite(errorWithShift))
+        text += QStringLiteral("; error with the shift ") + errorBarText(errorWithShift);
+    return text;
+}
+
+QString chordGapsText(const PublishedRowErrors& row)
+{
+    return row.chordGaps ? chordGapsText(*row.chordGaps, row.errorWithShift()) : QString();
+}
+
+double PublishedRowErrors::errorWithShift() const
+{
+    return hasBootstrap && bootstrap.valid() ? bootstrap.errorWithShift(fitted.time)
+                                             : std::numeric_limits<double>::quiet_NaN();
 }
 
 } // namespace dip

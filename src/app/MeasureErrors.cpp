@@ -131,9 +131,7 @@ public:
         // A bias the errors above leave out.
         for (const PublishedRowErrors& r : m_errors->rows) {
             if (r.chordGaps && r.chordGaps->any())
-                t += QStringLiteral("%1%2\n")
-                         .arg(QStringLiteral("Caution (row 3)"), -30)
-                         .arg(chordGapsText(*r.chordGaps));
+                t += QStringLiteral("%1%2\n").arg(QStringLiteral("Caution (row 3)"), -30).arg(chordGapsText(r));
         }
         const WeightedMean& w = m_errors->mean;
         t += QStringLiteral("%1%2\n")

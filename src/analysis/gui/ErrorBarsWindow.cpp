@@ -99,20 +99,25 @@ CellText describeNoise(const BootstrapResult& b)
     return d;
 }
 
-// Chords whose crossing was read across a gap: how many, and why the error leaves it out.
-CellText describeChordGaps(const ChordGaps& g)
+// Chords whose crossing was read across a gap: how many, why the bootstrap error leaves it out,
+// and the error that counts it.
+CellText describeChordGaps(const PublishedRowErrors& r)
 {
     CellText d;
-    if (!g.any())
+    if (!r.chordGaps || !r.chordGaps->any())
         return d;
-    d.text = chordGapsText(g);
-    d.tip =
-        QStringLiteral("These chords end on a crossing read by a straight line between two points up to %1 "
-                       "median spacings apart, across the curved branch: the time can be off by more than any "
-                       "error says, since every resampled curve has the same gap. On simulated eclipses such times "
-                       "were off by 1.6 to 1.7 times their bootstrap error. Pick the stretches so that their chords "
-                       "end where the other branch has points.")
-            .arg(g.widest, 0, 'f', 0);
+    d.text = chordGapsText(r);
+    d.tip = QStringLiteral("These chords end on a crossing read by a straight line between two points up to %1 "
+                           "median spacings apart, across the curved branch: the time is off by more than the "
+                           "bootstrap's spread says, since every resampled curve has the same gap. On simulated "
+                           "eclipses such times were off by 1.7 times their bootstrap error.")
+                .arg(r.chordGaps->widest, 0, 'f', 0);
+    if (std::isfinite(r.errorWithShift()))
+        d.tip += QStringLiteral(" The resampled times repeat the bias: their mean lies %1 d from the time. The error "
+                                "with that shift added (in quadrature) was right on those eclipses; use it.")
+                     .arg(signedErrorBarText(r.bootstrap.mean - r.fitted.time));
+    d.tip += QStringLiteral(" Better still, pick the stretches so that their chords end where the other branch has "
+                            "points.");
     return d;
 }
 
@@ -336,7 +341,7 @@ void ErrorBarsWindow::showResult(const PublishedErrors& errors)
             set(NoiseColumn, noise.text, noise.tip);
         }
         if (r.chordGaps && r.chordGaps->any()) {
-            const CellText gaps = describeChordGaps(*r.chordGaps);
+            const CellText gaps = describeChordGaps(r);
             set(CautionColumn, gaps.text, gaps.tip);
         }
         if (r.deeg)

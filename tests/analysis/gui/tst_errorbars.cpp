@@ -267,11 +267,19 @@ private Q_SLOTS:
         QCOMPARE(r.chordGaps->acrossAGap, 5);
         const QTableWidget* t = w.table();
         QCOMPARE(t->horizontalHeaderItem(9)->text(), QStringLiteral("Caution"));
-        QCOMPARE(cell(t, 0, 9), QStringLiteral("5 of 9 chords across a gap"));
+        // The error with the replicates' shift from the time beside it, three digits.
+        const double withShift = r.errorWithShift();
+        const double shift = r.bootstrap.mean - r.fitted.time;
+        QVERIFY(std::abs(shift) > 0);
+        QCOMPARE(withShift, std::sqrt(r.bootstrap.error * r.bootstrap.error + shift * shift));
+        QCOMPARE(cell(t, 0, 9),
+                 QStringLiteral("5 of 9 chords across a gap; error with the shift ") + errorBarText(withShift));
         const QString tip = t->item(0, 9)->toolTip();
         QVERIFY2(tip.contains(QLatin1String("two points up to 10 median spacings apart")), qPrintable(tip));
+        QVERIFY2(tip.contains(QStringLiteral("their mean lies %1 d from the time").arg(signedErrorBarText(shift))),
+                 qPrintable(tip));
         QVERIFY(tip.contains(
-            QLatin1String("Pick the stretches so that their chords end where the other branch has points.")));
+            QLatin1String("pick the stretches so that their chords end where the other branch has points.")));
 
         // The gap filled and the chords published again: a second run in the same window
         // leaves the column empty, nothing kept from the first.
