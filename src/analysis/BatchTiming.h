@@ -29,8 +29,9 @@ struct MethodOutcome {
     // The bootstrap error, days, when one was asked for and could be formed; otherwise why not.
     std::optional<double> bootstrapError;
     QString bootstrapNote;
-    // A doubt about the time that neither error shows ("5 of 9 chords across a gap"); empty
-    // where there is none.
+    // A bias of the time that the bootstrap's spread does not show ("5 of 9 chords across a
+    // gap"), with a bootstrap followed by the error that counts it ("; error with the shift
+    // 0.000341"); empty where there is none.
     QString caution;
 };
 
