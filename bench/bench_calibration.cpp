@@ -474,20 +474,20 @@ int main(int argc, char** argv)
                 options.replicates = replicates;
                 options.seed = seed + std::uint64_t(k);
                 const BootstrapResult b = BootstrapMethod(row, curve.view(), request, fitted, options);
-                r.bootstrap.add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                const double error = b.valid() ? b.error : NAN;
+                r.bootstrap.add(fitted.time, e.truth, error);
                 r.percentiles.add(fitted.time, e.truth, b.valid() ? (b.p84 - b.p16) / 2 : NAN);
                 if (!e.gap)
-                    r.bootstrapNoGap.add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                    r.bootstrapNoGap.add(fitted.time, e.truth, error);
                 const bool shortCurve = int(e.t.size()) < BootstrapResult::fewPointsForTheNoise;
-                (shortCurve ? r.bootstrapFew : r.bootstrapMany).add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                (shortCurve ? r.bootstrapFew : r.bootstrapMany).add(fitted.time, e.truth, error);
                 if (b.unmodelledOnFewPoints())
-                    r.bootstrapFewUnmodelled.add(fitted.time, e.truth, b.valid() ? b.error : NAN);
+                    r.bootstrapFewUnmodelled.add(fitted.time, e.truth, error);
                 if (row == ChordsRow) {
                     const ChordGaps gaps = FindChordGaps(curve.t, curve.m, curve.n, request.first, request.last,
                                                          request.first2, request.last2);
-                    (gaps.any() ? r.bootstrapAcrossAGap : r.bootstrapNoneAcross)
-                        .add(fitted.time, e.truth, b.valid() ? b.error : NAN);
-                    const double advised = !b.valid() ? NAN : gaps.any() ? b.errorWithShift(fitted.time) : b.error;
+                    (gaps.any() ? r.bootstrapAcrossAGap : r.bootstrapNoneAcross).add(fitted.time, e.truth, error);
+                    const double advised = gaps.any() && b.valid() ? b.errorWithShift(fitted.time) : error;
                     if (gaps.any())
                         r.acrossAGapWithShift.add(fitted.time, e.truth, advised);
                     r.chordsAsAdvised.add(fitted.time, e.truth, advised);

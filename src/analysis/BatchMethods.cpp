@@ -7,6 +7,7 @@
 #include "methods/chords/ChordGaps.h"
 
 #include <cmath>
+#include <limits>
 
 namespace dip {
 
@@ -80,10 +81,7 @@ MethodOutcome runBatchMethod(const BatchWindow& window, int method, int bootstra
     out.time = r.time;
     out.error = std::abs(r.error);
     out.points = method == SlidingRow ? r.slideN : c.points;
-    const ChordGaps gaps = method == ChordsRow ? FindChordGaps(curve.t, curve.m, curve.n, c.request.first,
-                                                               c.request.last, c.request.first2, c.request.last2)
-                                               : ChordGaps();
-    out.caution = chordGapsText(gaps);
+    double errorWithShift = std::numeric_limits<double>::quiet_NaN();
     if (bootstrap > 0) {
         MethodBootstrapOptions options;
         options.replicates = bootstrap;
@@ -92,12 +90,16 @@ MethodOutcome runBatchMethod(const BatchWindow& window, int method, int bootstra
         const BootstrapResult b = BootstrapMethod(method, curve, c.request, r, options);
         if (b.valid()) {
             out.bootstrapError = b.error;
-            out.caution = chordGapsText(gaps, b.errorWithShift(r.time));
+            errorWithShift = b.errorWithShift(r.time);
         } else if (!b.problem.isEmpty())
             out.bootstrapNote = b.problem;
         else
             out.bootstrapNote = QStringLiteral("%1 of %2 resamples gave a time").arg(b.successes).arg(b.requested);
     }
+    if (method == ChordsRow)
+        out.caution = chordGapsText(FindChordGaps(curve.t, curve.m, curve.n, c.request.first, c.request.last,
+                                                  c.request.first2, c.request.last2),
+                                    errorWithShift);
     return out;
 }
 

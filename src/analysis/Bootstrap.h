@@ -145,15 +145,16 @@ struct BootstrapResult {
     int points = 0;      // the used points the noise was judged on
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
-    // The error with the shift of the replicates' mean from the time they were drawn about
-    // added in quadrature. A method whose time is biased the same way on every curve of this
-    // sampling (a chord read across a gap) repeats the bias on the replicates, drawn about a model
-    // centred on its time: their mean moves off that time by about as much as the time is off
-    // the truth, which their spread cannot show.
+    // How far the replicates' mean lies from the time they were drawn about, and the error with
+    // that shift added in quadrature. A method whose time is biased the same way on every curve
+    // of this sampling (a chord read across a gap) repeats the bias on the replicates, drawn
+    // about a model centred on its time: their mean moves off that time by about as much as the
+    // time is off the truth, which their spread cannot show.
+    double shift(double time) const { return mean - time; }
     double errorWithShift(double time) const
     {
-        const double shift = mean - time;
-        return std::sqrt(error * error + shift * shift);
+        const double s = shift(time);
+        return std::sqrt(error * error + s * s);
     }
     bool modelled() const { return noiseCovariance.correlated(); }
     // The bootstrap ran, and no correlated covariance was found for the noise, on a curve too

@@ -130,8 +130,9 @@ public:
         }
         // A bias the errors above leave out.
         for (const PublishedRowErrors& r : m_errors->rows) {
-            if (r.chordGaps && r.chordGaps->any())
-                t += QStringLiteral("%1%2\n").arg(QStringLiteral("Caution (row 3)"), -30).arg(chordGapsText(r));
+            const QString caution = chordGapsText(r);
+            if (!caution.isEmpty())
+                t += QStringLiteral("%1%2\n").arg(QStringLiteral("Caution (row %1)").arg(r.row), -30).arg(caution);
         }
         const WeightedMean& w = m_errors->mean;
         t += QStringLiteral("%1%2\n")

@@ -8,6 +8,7 @@
 #include "analysis/InputError.h"
 #include "analysis/OrderedPool.h"
 #include "runtime/RuntimeError.h"
+#include "support/DipCurves.h"
 #include "support/TestSupport.h"
 
 #include <QJsonDocument>
@@ -89,7 +90,7 @@ BatchWindow gaussianWindow(bool gap, double noise = 0, unsigned seed = 0)
     for (int k = -60; k <= 60; ++k) {
         const double x = k > 30 && gap ? k + 10 : k;
         w.t.push_back(0.5 + 0.001 * x);
-        w.m.push_back(10 + 0.5 * std::exp(-(x / 30) * (x / 30)) + noise * g(rng));
+        w.m.push_back(test::gaussianMag(x, 0, 30, 0.5, 10) + noise * g(rng));
     }
     return w;
 }
@@ -620,12 +621,11 @@ void TestBatchTiming::cautionFollowsTheMessages()
     s.eclipses.ephemeris = e;
     s.eclipses.halfWidth = 0.07;
     s.methods = {3};
-    const MethodRunner cautioned = [](const BatchWindow& w, int method, int) {
+    const MethodRunner cautioned = [](const BatchWindow& w, int, int) {
         MethodOutcome out = deepestPoint(w, 4, 0);
         out.messages = {QStringLiteral("Singular matrix 2")};
         out.caution = QStringLiteral("2 of 9 chords across a gap");
         out.bootstrapNote = QStringLiteral("1 of 10 resamples gave a time");
-        (void)method;
         return out;
     };
     std::vector<BatchRow> rows;

@@ -115,7 +115,7 @@ CellText describeChordGaps(const PublishedRowErrors& r)
     if (std::isfinite(r.errorWithShift()))
         d.tip += QStringLiteral(" The resampled times repeat the bias: their mean lies %1 d from the time. The error "
                                 "with that shift added (in quadrature) was right on those eclipses; use it.")
-                     .arg(signedErrorBarText(r.bootstrap.mean - r.fitted.time));
+                     .arg(signedErrorBarText(r.bootstrap.shift(r.fitted.time)));
     d.tip += QStringLiteral(" Better still, pick the stretches so that their chords end where the other branch has "
                             "points.");
     return d;
@@ -340,10 +340,9 @@ void ErrorBarsWindow::showResult(const PublishedErrors& errors)
             const CellText noise = describeNoise(b);
             set(NoiseColumn, noise.text, noise.tip);
         }
-        if (r.chordGaps && r.chordGaps->any()) {
-            const CellText gaps = describeChordGaps(r);
+        const CellText gaps = describeChordGaps(r);
+        if (!gaps.text.isEmpty())
             set(CautionColumn, gaps.text, gaps.tip);
-        }
         if (r.deeg)
             set(DeegColumn, r.deeg->ok() ? errorBarText(r.deeg->error) : deegKweeStatusText(r.deeg->status));
         ++i;

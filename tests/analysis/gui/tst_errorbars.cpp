@@ -270,6 +270,7 @@ private Q_SLOTS:
         // The error with the replicates' shift from the time beside it, three digits.
         const double withShift = r.errorWithShift();
         const double shift = r.bootstrap.mean - r.fitted.time;
+        QCOMPARE(r.bootstrap.shift(r.fitted.time), shift);
         QVERIFY(std::abs(shift) > 0);
         QCOMPARE(withShift, std::sqrt(r.bootstrap.error * r.bootstrap.error + shift * shift));
         QCOMPARE(cell(t, 0, 9),
