@@ -200,8 +200,8 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
 
     // The noise's covariance, fitted to the differences nearest the centre (where the slow
     // noise cancels most, and a series model fitted to them sees least of it).
-    NoiseCovarianceFit fit =
-        fitNoiseCovariance(nearestTheCentre(contrasts, &chosen == &branch[0]), spacing[spacing.size() / 2]);
+    NoiseCovarianceFit fit = fitNoiseCovariance(nearestTheCentre(contrasts, &chosen == &branch[0]),
+                                                spacing[spacing.size() / 2], setup.correlatedNoise);
     if (fit.ok)
         p->noise = std::move(fit);
 
@@ -447,6 +447,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
     result.noiseCovariance = prepared.noise.covariance;
     result.noiseRms = prepared.noiseRms;
     result.points = int(setup.t.size());
+    result.correlatedNoise = setup.correlatedNoise;
 
     // The range's times, and their order in time for the modelled noise.
     const std::vector<double> rangeTimes(setup.t.begin() + (setup.first - 1), setup.t.begin() + setup.last);

@@ -100,6 +100,9 @@ struct BootstrapSetup {
     // residuals are drawn from its fitted covariance (or from an autoregression, the sieve)
     // instead of in blocks.
     std::optional<double> noiseCentre;
+    // The observer knows the noise is correlated: the differences' covariance is fitted among
+    // correlated models only (fitNoiseCovariance's knownCorrelated).
+    bool correlatedNoise = false;
     int threads = 0; // 0: all cores
     // The whole arrays (index 0..1000) every replicate starts from, so that what lies beyond
     // the used points stays as the methods read it (Kwee's entry just past them, the chords'
@@ -140,9 +143,10 @@ struct BootstrapResult {
     // The noise's covariance fitted to the reflected differences (with a noise centre); the
     // residuals came from it where it is correlated.
     NoiseCovariance noiseCovariance;
-    int arOrder = 0;     // order of the autoregression fitted to the reflected differences
-    double noiseRms = 0; // of the residuals of all the used points (with a noise centre)
-    int points = 0;      // the used points the noise was judged on
+    int arOrder = 0;              // order of the autoregression fitted to the reflected differences
+    double noiseRms = 0;          // of the residuals of all the used points (with a noise centre)
+    int points = 0;               // the used points the noise was judged on
+    bool correlatedNoise = false; // the noise was taken as correlated, as the observer said
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
     // How far the replicates' mean lies from the time they were drawn about, and the error with

@@ -161,6 +161,7 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
         setup.replicates = options.replicates;
         setup.seed = options.seed;
         setup.threads = options.threads;
+        setup.correlatedNoise = options.correlatedNoise;
 
         MethodRequest again = request;
         // Without a fitted curve: the smoother of the points folded about the method's time,

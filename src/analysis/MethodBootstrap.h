@@ -44,7 +44,8 @@ namespace dip {
 struct MethodBootstrapOptions {
     int replicates = 500;
     std::uint64_t seed = 1;
-    int threads = 0; // 0: every core; the batch passes 1 (it runs one eclipse per thread)
+    int threads = 0;              // 0: every core; the batch passes 1 (it runs one eclipse per thread)
+    bool correlatedNoise = false; // the observer knows the noise is correlated (BootstrapSetup)
 };
 
 // Re-runs row's compute on `replicates` resampled copies of curve (the magnitudes of the

@@ -121,6 +121,41 @@ private Q_SLOTS:
         QVERIFY2(tau >= 4 && tau <= 16, qPrintable(found));
     }
 
+    // Told the noise is correlated, the fit takes the best correlated model even where it gains
+    // too little over white noise to be chosen: on 20 differences of correlated noise the test
+    // calls it white in some draws, told never; where the test found it correlated, telling
+    // changes nothing.
+    void knownCorrelatedNoiseIsNeverCalledWhite()
+    {
+        std::mt19937_64 rng(11);
+        const int draws = 40;
+        int found = 0, told = 0, same = 0;
+        for (int k = 0; k < draws; ++k) {
+            const std::vector<double> e = test::correlatedNoise(41, 0.005, 0.01, 8, rng);
+            const std::vector<NoiseContrast> contrasts = reflected(e, 20, 20);
+            const NoiseCovarianceFit plain = fitNoiseCovariance(contrasts, 1);
+            const NoiseCovarianceFit known = fitNoiseCovariance(contrasts, 1, true);
+            QVERIFY(plain.ok && known.ok);
+            told += known.covariance.correlated() ? 1 : 0;
+            if (plain.covariance.correlated()) {
+                ++found;
+                if (known.covariance.white == plain.covariance.white && known.covariance.red == plain.covariance.red &&
+                    known.covariance.tau == plain.covariance.tau)
+                    ++same;
+            }
+        }
+        const QString counts = QStringLiteral("found %1, told %2, same %3").arg(found).arg(told).arg(same);
+        QVERIFY2(found < draws, qPrintable(counts));
+        QVERIFY2(found > 0, qPrintable(counts));
+        QCOMPARE(told, draws);
+        QCOMPARE(same, found);
+
+        // White noise, told correlated, is taken as correlated too: the observer's word holds.
+        const std::vector<double> white = test::correlatedNoise(301, 0.01, 0, 1, rng);
+        QVERIFY(!fitNoiseCovariance(reflected(white, 150, 120), 1).covariance.correlated());
+        QVERIFY(fitNoiseCovariance(reflected(white, 150, 120), 1, true).covariance.correlated());
+    }
+
     // What a fitted centre took up cannot matter: with the drifts told, values that differ by
     // a multiple of them give the same fit; untold, the fit follows the values.
     void driftTakenUpChangesNothing()

@@ -259,7 +259,7 @@ std::vector<WeighedCovariance> weighNoiseCovariances(const std::vector<NoiseCont
     return weighed;
 }
 
-NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing)
+NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing, bool knownCorrelated)
 {
     NoiseCovarianceFit fit;
     const std::size_t n = contrasts.size();
@@ -284,7 +284,7 @@ NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrast
             bestTau = cell.covariance.tau;
         }
     }
-    if (!(whitePlain - bestPlain > criterionMargin)) {
+    if (!knownCorrelated && !(whitePlain - bestPlain > criterionMargin)) {
         bestFraction = 0;
         bestTau = 0;
     }

@@ -95,8 +95,12 @@ constexpr std::size_t maximumFittedContrasts = 120;
 // maximumFittedContrasts of them: the last of the left branch, the first of the right one.
 std::vector<NoiseContrast> nearestTheCentre(std::vector<NoiseContrast> branch, bool leftBranch);
 
-// spacing: the median spacing of the points, the unit of the grid of tau.
-NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing);
+// spacing: the median spacing of the points, the unit of the grid of tau. knownCorrelated: the
+// observer knows the noise is correlated (ground-based photometry), so white noise is no
+// candidate and the best correlated covariance is taken however little it gains over white:
+// a short curve hides most of its slow noise, and the test between the two often calls it white.
+NoiseCovarianceFit fitNoiseCovariance(const std::vector<NoiseContrast>& contrasts, double spacing,
+                                      bool knownCorrelated = false);
 
 // A covariance and how much it weighs among others.
 struct WeighedCovariance {
