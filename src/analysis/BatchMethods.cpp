@@ -56,7 +56,7 @@ std::optional<BatchMethodCall> batchMethodCall(const BatchWindow& window, int me
     return call;
 }
 
-MethodOutcome runBatchMethod(const BatchWindow& window, int method, int bootstrap)
+MethodOutcome runBatchMethod(const BatchWindow& window, int method, const BatchBootstrap& bootstrap)
 {
     MethodOutcome out;
     out.status = MethodOutcome::Status::Failed;
@@ -82,9 +82,10 @@ MethodOutcome runBatchMethod(const BatchWindow& window, int method, int bootstra
     out.error = std::abs(r.error);
     out.points = method == SlidingRow ? r.slideN : c.points;
     double errorWithShift = std::numeric_limits<double>::quiet_NaN();
-    if (bootstrap > 0) {
+    if (bootstrap.replicates > 0) {
         MethodBootstrapOptions options;
-        options.replicates = bootstrap;
+        options.replicates = bootstrap.replicates;
+        options.correlatedNoise = bootstrap.correlatedNoise;
         options.seed = bootstrapSeed(window.cycle);
         options.threads = 1; // the batch already runs one eclipse per thread
         const BootstrapResult b = BootstrapMethod(method, curve, c.request, r, options);

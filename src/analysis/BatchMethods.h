@@ -36,10 +36,10 @@ struct BatchMethodCall {
 };
 std::optional<BatchMethodCall> batchMethodCall(const BatchWindow& window, int method);
 
-// Runs method on the window through the table of methods' compute, and, when bootstrap is above
-// 0, the bootstrap of its result with that many resamples on this thread. The error is the
+// Runs method on the window through the table of methods' compute, and, when bootstrap asks for
+// resamples, the bootstrap of its result on this thread. The error is the
 // method's own estimate, as a size (the parabola's carries the sign of its time). A runtime
 // error of the method fails the row; the message boxes it would have shown are passed on.
-MethodOutcome runBatchMethod(const BatchWindow& window, int method, int bootstrap);
+MethodOutcome runBatchMethod(const BatchWindow& window, int method, const BatchBootstrap& bootstrap = {});
 
 } // namespace dip

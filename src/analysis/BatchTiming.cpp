@@ -90,7 +90,7 @@ EclipseRows timeOne(const LightCurve& curve, const QString& file, const BatchSet
             row.error = outcome.error;
             row.points = outcome.points;
             row.oc = ocAtCycle(settings.eclipses.ephemeris, row.time, cycle);
-            if (settings.bootstrap > 0) {
+            if (settings.bootstrap.replicates > 0) {
                 row.bootstrapError = outcome.bootstrapError;
                 if (!outcome.bootstrapError)
                     row.status += QStringLiteral("; no bootstrap error: ") + outcome.bootstrapNote;

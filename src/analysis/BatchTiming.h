@@ -35,10 +35,18 @@ struct MethodOutcome {
     QString caution;
 };
 
-// Runs one method on one window, with a bootstrap of `bootstrap` resamples when it is above 0.
-// Called from several threads at once: it must keep no state of its own between calls. A
-// runtime error it lets through becomes a "failed" row.
-using MethodRunner = std::function<MethodOutcome(const BatchWindow& window, int method, int bootstrap)>;
+// The bootstrap asked for: resamples (0 for none), and whether the noise is taken as correlated
+// (the observer's word for ground-based photometry; MethodBootstrapOptions::correlatedNoise).
+struct BatchBootstrap {
+    int replicates = 0;
+    bool correlatedNoise = false;
+};
+
+// Runs one method on one window, with a bootstrap when one is asked for. Called from several
+// threads at once: it must keep no state of its own between calls. A runtime error it lets
+// through becomes a "failed" row.
+using MethodRunner =
+    std::function<MethodOutcome(const BatchWindow& window, int method, const BatchBootstrap& bootstrap)>;
 
 // One row of the output: one eclipse and one method.
 struct BatchRow {
@@ -61,7 +69,7 @@ struct BatchSettings {
     EclipseSettings eclipses; // halfWidth 0: measured on the folded light curve
     std::vector<int> methods = {4, 5};
     int threads = 1;
-    int bootstrap = 0; // resamples for the bootstrap errors; 0 for none
+    BatchBootstrap bootstrap; // for the bootstrap errors; 0 resamples for none
 };
 
 struct FileTiming {

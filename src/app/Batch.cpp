@@ -41,6 +41,8 @@ const char* const usageText =
     "  --plot-against cycle|time   the diagram's horizontal axis (default cycle)\n"
     "  --threads N           worker threads (default: every core)\n"
     "  --bootstrap N         also the bootstrap error of each time from N resamples\n"
+    "  --correlated-noise    the bootstrap takes the noise as correlated (photometry from the\n"
+    "                        ground): on a short window slow noise often looks white\n"
     "Options take their value as the next argument or after '='.\n"
     "Exit status: 0 all files timed, 1 a file was skipped, 2 the output or plot could not be\n"
     "written, 64 a bad command line.\n";
@@ -123,7 +125,10 @@ Options parseOptions(const QStringList& arguments)
         } else if (arg == QLatin1String("--threads")) {
             o.settings.threads = line.whole(line.value(), 1);
         } else if (arg == QLatin1String("--bootstrap")) {
-            o.settings.bootstrap = line.whole(line.value(), 0);
+            o.settings.bootstrap.replicates = line.whole(line.value(), 0);
+        } else if (arg == QLatin1String("--correlated-noise")) {
+            line.flag();
+            o.settings.bootstrap.correlatedNoise = true;
         } else {
             line.unknown();
         }

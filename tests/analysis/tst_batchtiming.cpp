@@ -60,7 +60,7 @@ double noShift(double) { return 0; }
 
 // The runner of the tests: the time of the deepest point of the range, its index as the count
 // of points; method 3 fails with a runtime error, method 6 is not there.
-MethodOutcome deepestPoint(const BatchWindow& w, int method, int)
+MethodOutcome deepestPoint(const BatchWindow& w, int method, const BatchBootstrap&)
 {
     if (method == 3)
         rt::raise(11);
@@ -566,14 +566,14 @@ void TestBatchTiming::defaultMethodsRecoverTheTimingVariation()
 
 void TestBatchTiming::chordsAcrossAGapAreCautioned()
 {
-    const MethodOutcome plain = runBatchMethod(gaussianWindow(false), 3, 0);
+    const MethodOutcome plain = runBatchMethod(gaussianWindow(false), 3);
     QCOMPARE(plain.status, MethodOutcome::Status::Done);
     QVERIFY(std::abs(plain.time - 0.5) < 1e-6);
     QCOMPARE(plain.caution, QString());
 
     // The left stretch's chords from 31 spacings out are read across the gap on the right
     // branch: their crossings, and the time (by 0.05 spacings, 5e-5 d), are off.
-    const MethodOutcome gap = runBatchMethod(gaussianWindow(true), 3, 0);
+    const MethodOutcome gap = runBatchMethod(gaussianWindow(true), 3);
     QCOMPARE(gap.status, MethodOutcome::Status::Done);
     QVERIFY(std::abs(gap.time - 0.5) > 3e-5);
     const QRegularExpressionMatch match =
@@ -583,7 +583,7 @@ void TestBatchTiming::chordsAcrossAGapAreCautioned()
     QVERIFY(match.captured(1).toInt() < match.captured(2).toInt());
 
     // The other methods carry no caution.
-    QCOMPARE(runBatchMethod(gaussianWindow(true), 4, 0).caution, QString());
+    QCOMPARE(runBatchMethod(gaussianWindow(true), 4).caution, QString());
 }
 
 // The bias of chords across a gap (the noiseless window's time is 5e-5 d late) is as large as
@@ -596,7 +596,7 @@ void TestBatchTiming::theShiftCountsTheBiasOfChordsAcrossAGap()
     const int draws = 30;
     const QRegularExpression caution(QStringLiteral("^\\d+ of \\d+ chords across a gap; error with the shift (\\S+)$"));
     for (int k = 1; k <= draws; ++k) {
-        const MethodOutcome o = runBatchMethod(gaussianWindow(true, 0.002, unsigned(k)), 3, 200);
+        const MethodOutcome o = runBatchMethod(gaussianWindow(true, 0.002, unsigned(k)), 3, BatchBootstrap{200, false});
         QVERIFY(o.bootstrapError);
         const QRegularExpressionMatch match = caution.match(o.caution);
         QVERIFY2(match.hasMatch(), qPrintable(o.caution));
@@ -621,8 +621,8 @@ void TestBatchTiming::cautionFollowsTheMessages()
     s.eclipses.ephemeris = e;
     s.eclipses.halfWidth = 0.07;
     s.methods = {3};
-    const MethodRunner cautioned = [](const BatchWindow& w, int, int) {
-        MethodOutcome out = deepestPoint(w, 4, 0);
+    const MethodRunner cautioned = [](const BatchWindow& w, int, const BatchBootstrap&) {
+        MethodOutcome out = deepestPoint(w, 4, {});
         out.messages = {QStringLiteral("Singular matrix 2")};
         out.caution = QStringLiteral("2 of 9 chords across a gap");
         out.bootstrapNote = QStringLiteral("1 of 10 resamples gave a time");
@@ -633,7 +633,7 @@ void TestBatchTiming::cautionFollowsTheMessages()
     QCOMPARE(rows.size(), std::size_t(1));
     QCOMPARE(rows[0].status, QStringLiteral("ok; Singular matrix 2; 2 of 9 chords across a gap"));
 
-    s.bootstrap = 10;
+    s.bootstrap.replicates = 10;
     rows.clear();
     timeEveryEclipse(curve, QStringLiteral("a.csv"), s, cautioned, [&](const BatchRow& row) { rows.push_back(row); });
     QCOMPARE(rows.size(), std::size_t(1));

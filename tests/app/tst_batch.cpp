@@ -103,8 +103,7 @@ void TestBatch::badCommandLines_data()
     QTest::newRow("no file") << ephemeris << "no FILE given";
     QTest::newRow("one number") << QStringList{f, "--ephemeris", "0.3"} << "--ephemeris takes 2 comma-separated times";
     QTest::newRow("not a number") << QStringList{f, "--ephemeris=0.3,abc"} << "--ephemeris: 'abc' is not a number";
-    QTest::newRow("zero period") << QStringList{f, "--ephemeris", "0.3,0"}
-                                 << "--ephemeris: the period must be above 0";
+    QTest::newRow("zero period") << QStringList{f, "--ephemeris", "0.3,0"} << "--ephemeris: the period must be above 0";
     QTest::newRow("tracing paper") << (QStringList{f, "--methods", "1,2"} + ephemeris)
                                    << "--methods: 2 is not one of 1, 3, 4, 5, 6";
     QTest::newRow("method twice") << (QStringList{f, "--methods=4,4"} + ephemeris) << "--methods: 4 is given twice";
@@ -341,9 +340,11 @@ void TestBatch::bootstrapColumnFromTheRunner()
 {
     // The runner's bootstrap error goes into its column; the runner is asked for the count given.
     std::atomic<int> asked{0};
-    const MethodRunner runner = [&](const BatchWindow& w, int method, int bootstrap) {
-        asked = bootstrap;
-        MethodOutcome out = runBatchMethod(w, method, 0);
+    std::atomic<bool> correlated{false};
+    const MethodRunner runner = [&](const BatchWindow& w, int method, const BatchBootstrap& bootstrap) {
+        asked = bootstrap.replicates;
+        correlated = bootstrap.correlatedNoise;
+        MethodOutcome out = runBatchMethod(w, method);
         out.bootstrapError = 0.000125;
         return out;
     };
@@ -351,6 +352,7 @@ void TestBatch::bootstrapColumnFromTheRunner()
         batch(QStringList{m_good, "--methods=4", "--half-width=0.07", "--bootstrap=25"} + ephemeris, nullptr, runner);
     QCOMPARE(r.code, 0);
     QCOMPARE(asked.load(), 25);
+    QVERIFY(!correlated.load());
     const QStringList lines = r.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 4);
     for (int i = 1; i < lines.size(); ++i)
@@ -358,6 +360,13 @@ void TestBatch::bootstrapColumnFromTheRunner()
     // Without --bootstrap the runner is asked for none, and the column stays empty.
     const test::Run none = batch(QStringList{m_good, "--methods=4", "--half-width=0.07"} + ephemeris, nullptr, runner);
     QCOMPARE(asked.load(), 0);
+    // --correlated-noise is passed on to the runner.
+    const test::Run told = batch(
+        QStringList{m_good, "--methods=4", "--half-width=0.07", "--bootstrap=25", "--correlated-noise"} + ephemeris,
+        nullptr, runner);
+    QCOMPARE(told.code, 0);
+    QCOMPARE(asked.load(), 25);
+    QVERIFY(correlated.load());
     QCOMPARE(none.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts)[1].split(QLatin1Char(','))[6], QString());
 }
 

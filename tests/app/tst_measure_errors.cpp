@@ -176,6 +176,35 @@ private Q_SLOTS:
         QVERIFY(!example.out.contains(QLatin1String("Caution")));
     }
 
+    // --correlated-noise on a short curve whose noise looks white: the title says so, and the
+    // parabola's bootstrap error grows; the JSON keys stay the same.
+    void correlatedNoiseTakesTheNoiseAsCorrelated()
+    {
+        const test::DataFolder folder;
+        const double a[5] = {0.3, 0.1, 0.02, 0, 0};
+        const QString file = folder.write(QStringLiteral("short.csv"),
+                                          test::csv(test::fourierDip(0.5, 11.0, 25, a, 60, 0.4, 0.6, 0.02, 1u)));
+        const QStringList found{file, QStringLiteral("--parabola"), QStringLiteral("0.47,0.53"),
+                                QStringLiteral("--bootstrap"), QStringLiteral("60")};
+        const QStringList told = found + QStringList{QStringLiteral("--correlated-noise")};
+        const Run table = measure(told);
+        QCOMPARE(table.code, 0);
+        QVERIFY2(table.out.contains(QLatin1String("\nBootstrap errors (B = 60, seed 1, noise taken as correlated)\n")),
+                 qPrintable(table.out));
+        QVERIFY(measure(found).out.contains(QLatin1String("\nBootstrap errors (B = 60, seed 1)\n")));
+
+        auto bootstrap = [](const QStringList& options) {
+            const Run r = measure(options + QStringList{QStringLiteral("--json")});
+            return resultOf(json(r), 1).value(QStringLiteral("bootstrap")).toObject();
+        };
+        const QJsonObject plain = bootstrap(found);
+        const QJsonObject correlated = bootstrap(told);
+        QCOMPARE(correlated.keys(), plain.keys());
+        const double e0 = plain.value(QStringLiteral("error")).toDouble();
+        const double e1 = correlated.value(QStringLiteral("error")).toDouble();
+        QVERIFY2(e0 > 0 && e1 > e0, qPrintable(QStringLiteral("%1 against %2").arg(e1).arg(e0)));
+    }
+
     void badCommandLines_data()
     {
         QTest::addColumn<QStringList>("options");
@@ -190,6 +219,10 @@ private Q_SLOTS:
         QTest::newRow("seed negative") << QStringList{"--bootstrap", "10", "--seed", "-1"}
                                        << "--seed: '-1' is not a whole number";
         QTest::newRow("seed alone") << QStringList{"--seed", "3"} << "--seed goes with --bootstrap";
+        QTest::newRow("correlated noise alone")
+            << QStringList{"--correlated-noise"} << "--correlated-noise goes with --bootstrap";
+        QTest::newRow("correlated noise with a value")
+            << QStringList{"--bootstrap", "10", "--correlated-noise=yes"} << "--correlated-noise takes no value";
     }
     void badCommandLines()
     {
@@ -201,7 +234,7 @@ private Q_SLOTS:
         QCOMPARE(r.code, 64);
         QVERIFY(r.out.isEmpty());
         QVERIFY2(r.err.startsWith(QStringLiteral("dipscope-measure: ") + message), qPrintable(r.err));
-        QVERIFY(r.err.contains(QLatin1String("[--bootstrap N [--seed S]]")));
+        QVERIFY(r.err.contains(QLatin1String("[--bootstrap N [--seed S] [--correlated-noise]]")));
     }
 };
 

@@ -16,6 +16,7 @@
 #include <memory>
 #include <optional>
 
+class QCheckBox;
 class QLabel;
 class QProgressBar;
 class QPushButton;
@@ -48,6 +49,7 @@ public:
     QProgressBar* progressBar() const { return m_progress; }
     QPushButton* startButton() const { return m_start; }
     QPushButton* cancelButton() const { return m_cancel; }
+    QCheckBox* correlatedNoiseBox() const { return m_correlated; }
     QString statusText() const;
     QString meansText() const;
 
@@ -68,6 +70,7 @@ private:
 
     QSpinBox* m_replicates = nullptr;
     QSpinBox* m_seed = nullptr;
+    QCheckBox* m_correlated = nullptr;
     QPushButton* m_start = nullptr;
     QPushButton* m_cancel = nullptr;
     QProgressBar* m_progress = nullptr;

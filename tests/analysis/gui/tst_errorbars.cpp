@@ -15,6 +15,7 @@
 #include "support/TestSupport.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QFile>
 #include <QMenu>
 #include <QProgressBar>
@@ -245,6 +246,42 @@ private Q_SLOTS:
         QCOMPARE(text.startsWith(QLatin1String("correlated, tau ")), correlated);
         QCOMPARE(tip.contains(QLatin1String("The noise was judged on 60 points")), !correlated);
         QCOMPARE(tip.contains(QLatin1String("1.4 to 2.3 times the bootstrap's")), !correlated);
+    }
+
+    // The same short curve whose noise looked white, with "Correlated noise" ticked: the noise
+    // is drawn from a correlated model, the warning gives way to the model's tip, the error
+    // grows, and the box is locked while the run lasts.
+    void correlatedNoiseTickedTakesTheNoiseAsCorrelated()
+    {
+        const double a[5] = {0.3, 0.1, 0.02, 0, 0};
+        QVERIFY(test::loadText(test::csv(test::fourierDip(0.5, 11.0, 25, a, 60, 0.4, 0.6, 0.02, 1u))));
+        ReplayRequest parabola;
+        parabola.clicks = {0.47, 0.53};
+        publishOne(1, parabola);
+        ErrorBarsWindow w;
+        runToTheEnd(w, 60);
+        QVERIFY(w.result());
+        const BootstrapResult found = w.result()->rows.front().bootstrap;
+        QVERIFY(!found.modelled());
+        QVERIFY(!found.correlatedNoise);
+
+        QCOMPARE(w.correlatedNoiseBox()->text(), QStringLiteral("Correlated noise"));
+        QVERIFY(w.correlatedNoiseBox()->toolTip().contains(QLatin1String("photometry from the ground")));
+        QTest::mouseClick(w.correlatedNoiseBox(), Qt::LeftButton);
+        QVERIFY(w.correlatedNoiseBox()->isChecked());
+        QSignalSpy finished(&w, &ErrorBarsWindow::finished);
+        QTest::mouseClick(w.startButton(), Qt::LeftButton);
+        QVERIFY(!w.correlatedNoiseBox()->isEnabled());
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
+        QVERIFY(w.correlatedNoiseBox()->isEnabled());
+        const BootstrapResult& told = w.result()->rows.front().bootstrap;
+        QVERIFY(told.correlatedNoise);
+        QVERIFY(told.modelled());
+        QVERIFY2(told.error > found.error,
+                 qPrintable(QStringLiteral("%1 against %2").arg(told.error).arg(found.error)));
+        const QTableWidget* t = w.table();
+        QVERIFY2(cell(t, 0, 8).startsWith(QLatin1String("correlated, tau ")), qPrintable(cell(t, 0, 8)));
+        QVERIFY(t->item(0, 8)->toolTip().contains(QLatin1String("Taken as correlated, as \"Correlated noise\" says.")));
     }
 
     // The bisectors of chords on a noiseless dip whose right branch lacks the nine points
