@@ -102,11 +102,16 @@ CellText describeNoise(const BootstrapResult& b)
         d.text += QStringLiteral(" (few points)");
         d.tip += QStringLiteral(" The noise was judged on %1 points, too few to see slow noise: on simulated curves "
                                 "of fewer than %2 points with correlated noise that was not found, the true errors "
-                                "were 1.4 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.3 times. Where the "
-                                "noise is correlated (photometry from the ground), tick \"Correlated noise\" and "
-                                "start again, or time a longer curve.")
+                                "were 1.4 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.3 times.")
                      .arg(b.points)
                      .arg(BootstrapResult::fewPointsForTheNoise);
+        // Ticked, the box did what it could: too few differences between the branches to fit
+        // any model of the noise.
+        d.tip += b.correlatedNoise ? QStringLiteral(" The branches have too few points facing each other to fit a "
+                                                    "correlated noise: widen the error, or time a longer curve.")
+                                   : QStringLiteral(" Where the noise is correlated (photometry from the ground), "
+                                                    "tick \"Correlated noise\" and start again, or time a longer "
+                                                    "curve.");
     }
     return d;
 }
