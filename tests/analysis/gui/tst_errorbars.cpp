@@ -60,6 +60,16 @@ void publishOne(int row, const ReplayRequest& request)
     resetToolkit();
 }
 
+// A dip of 60 points with noise of 0.02 mag drawn from seed, timed by the parabola.
+void publishAShortCurve(unsigned seed)
+{
+    const double a[5] = {0.3, 0.1, 0.02, 0, 0};
+    QVERIFY(test::loadText(test::csv(test::fourierDip(0.5, 11.0, 25, a, 60, 0.4, 0.6, 0.02, seed))));
+    ReplayRequest parabola;
+    parabola.clicks = {0.47, 0.53};
+    publishOne(1, parabola);
+}
+
 // A run of B replicates, started with the window's button and waited for.
 void runToTheEnd(ErrorBarsWindow& w, int replicates)
 {
@@ -227,11 +237,7 @@ private Q_SLOTS:
     {
         QFETCH(unsigned, seed);
         QFETCH(bool, correlated);
-        const double a[5] = {0.3, 0.1, 0.02, 0, 0};
-        QVERIFY(test::loadText(test::csv(test::fourierDip(0.5, 11.0, 25, a, 60, 0.4, 0.6, 0.02, seed))));
-        ReplayRequest parabola;
-        parabola.clicks = {0.47, 0.53};
-        publishOne(1, parabola);
+        publishAShortCurve(seed);
         ErrorBarsWindow w;
         runToTheEnd(w, 60);
         QVERIFY(w.result());
@@ -254,11 +260,7 @@ private Q_SLOTS:
     // grows, and the box is locked while the run lasts.
     void correlatedNoiseTickedTakesTheNoiseAsCorrelated()
     {
-        const double a[5] = {0.3, 0.1, 0.02, 0, 0};
-        QVERIFY(test::loadText(test::csv(test::fourierDip(0.5, 11.0, 25, a, 60, 0.4, 0.6, 0.02, 1u))));
-        ReplayRequest parabola;
-        parabola.clicks = {0.47, 0.53};
-        publishOne(1, parabola);
+        publishAShortCurve(1u);
         ErrorBarsWindow w;
         runToTheEnd(w, 60);
         QVERIFY(w.result());
