@@ -144,6 +144,8 @@ Options parseOptions(const QStringList& arguments)
         throw UsageError{
             QStringLiteral("--half-width must be below %1 d, half the spacing of the eclipses").arg(spacing / 2)};
     e.halfWidth = halfWidth.value_or(0);
+    if (o.settings.bootstrap.correlatedNoise && o.settings.bootstrap.replicates == 0)
+        throw UsageError{QStringLiteral("--correlated-noise goes with --bootstrap")};
     return o;
 }
 

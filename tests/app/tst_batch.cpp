@@ -129,6 +129,10 @@ void TestBatch::badCommandLines_data()
     QTest::newRow("missing value") << (QStringList{f} + ephemeris + QStringList{"--output"})
                                    << "--output needs a value";
     QTest::newRow("unknown") << (QStringList{f, "--fast"} + ephemeris) << "unknown option --fast";
+    QTest::newRow("correlated noise alone")
+        << (QStringList{f, "--correlated-noise"} + ephemeris) << "--correlated-noise goes with --bootstrap";
+    QTest::newRow("correlated noise with a value")
+        << (QStringList{f, "--bootstrap=5", "--correlated-noise=1"} + ephemeris) << "--correlated-noise takes no value";
 }
 
 void TestBatch::badCommandLines()
