@@ -35,7 +35,7 @@ constexpr int windowHeight = 5400;
 constexpr int pollMs = 50;
 
 // The tip of "Correlated noise": when to tick it, and what it costs.
-const QString CorrelatedNoiseAdvice =
+const QString correlatedNoiseAdvice =
     QStringLiteral("Take the noise as correlated (photometry from the ground, drifts, seeing). On a short curve "
                    "the fit and the time take up most of the slow noise, and the test between white and correlated "
                    "noise then often calls it white: the bootstrap's error comes out too small. On simulated "
@@ -166,7 +166,7 @@ ErrorBarsWindow::ErrorBarsWindow(QWidget* parent) : QWidget(parent, Qt::Window)
     m_seed->setValue(int(MethodBootstrapOptions().seed));
     m_seed->setToolTip(QStringLiteral("The same seed gives the same digits"));
     m_correlated = new QCheckBox(QStringLiteral("Correlated noise"), this);
-    m_correlated->setToolTip(CorrelatedNoiseAdvice);
+    m_correlated->setToolTip(correlatedNoiseAdvice);
     m_start = new QPushButton(QStringLiteral("Start"), this);
     m_cancel = new QPushButton(QStringLiteral("Cancel"), this);
     m_cancel->setEnabled(false);
