@@ -431,7 +431,8 @@ int main(int argc, char** argv)
             outliers = args[i + 1].toDouble();
         else if (args[i] == QLatin1String("--family"))
             families = {args[i + 1] == QLatin1String("white") ? Family::White : Family::Correlated};
-        else if (args[i] == QLatin1String("--noise"))
+        else if (args[i] == QLatin1String("--noise") &&
+                 (args[i + 1] == QLatin1String("found") || args[i + 1] == QLatin1String("correlated")))
             correlatedNoise = args[i + 1] == QLatin1String("correlated");
         else {
             std::fprintf(stderr, "usage: bench_calibration [--eclipses N] [--replicates B] [--seed S] "

@@ -24,6 +24,8 @@
 #include <QTableWidget>
 #include <QTimer>
 
+#include <algorithm>
+
 using namespace dip;
 
 namespace {
@@ -60,13 +62,14 @@ void publishOne(int row, const ReplayRequest& request)
     resetToolkit();
 }
 
-// A dip of 60 points with noise of 0.02 mag drawn from seed, timed by the parabola.
-void publishAShortCurve(unsigned seed)
+// A dip at 0.5 of 60 points from `from` to 0.6 with noise of 0.02 mag drawn from seed, timed
+// by the parabola.
+void publishAShortCurve(unsigned seed, double from = 0.4)
 {
     const double a[5] = {0.3, 0.1, 0.02, 0, 0};
-    QVERIFY(test::loadText(test::csv(test::fourierDip(0.5, 11.0, 25, a, 60, 0.4, 0.6, 0.02, seed))));
+    QVERIFY(test::loadText(test::csv(test::fourierDip(0.5, 11.0, 25, a, 60, from, 0.6, 0.02, seed))));
     ReplayRequest parabola;
-    parabola.clicks = {0.47, 0.53};
+    parabola.clicks = {std::max(0.47, from), 0.53};
     publishOne(1, parabola);
 }
 
@@ -285,6 +288,27 @@ private Q_SLOTS:
         const QTableWidget* t = w.table();
         QVERIFY2(cell(t, 0, 8).startsWith(QLatin1String("correlated, tau ")), qPrintable(cell(t, 0, 8)));
         QVERIFY(t->item(0, 8)->toolTip().contains(QLatin1String("Taken as correlated, as \"Correlated noise\" says.")));
+    }
+
+    // "Correlated noise" ticked on a curve that starts just before the minimum: its branches
+    // face each other over a few points only, too few to fit any noise, so the result stays
+    // "(few points)", and the tip says why ticking did not help instead of advising it.
+    void correlatedNoiseTickedOnBranchesThatHardlyFaceEachOther()
+    {
+        publishAShortCurve(1u, 0.485);
+        ErrorBarsWindow w;
+        w.correlatedNoiseBox()->setChecked(true);
+        runToTheEnd(w, 40);
+        QVERIFY(w.result());
+        const BootstrapResult& b = w.result()->rows.front().bootstrap;
+        QVERIFY2(b.valid(), qPrintable(b.problem));
+        QVERIFY(b.correlatedNoise);
+        QVERIFY(!b.modelled());
+        const QTableWidget* t = w.table();
+        QVERIFY2(cell(t, 0, 8).endsWith(QLatin1String(" (few points)")), qPrintable(cell(t, 0, 8)));
+        const QString tip = t->item(0, 8)->toolTip();
+        QVERIFY2(tip.contains(QLatin1String("too few points facing each other")), qPrintable(tip));
+        QVERIFY(!tip.contains(QLatin1String("tick \"Correlated noise\"")));
     }
 
     // The bisectors of chords on a noiseless dip whose right branch lacks the nine points
