@@ -46,7 +46,8 @@ struct Prepared {
     // The modelled noise: its covariance fitted to the reflected differences, the plausible
     // ones a replicate's is drawn from, and the innovations that drive it; used when it is correlated.
     NoiseCovarianceFit noise;
-    bool modelled() const { return noise.covariance.correlated(); }
+    bool known = false; // the covariance was given (BootstrapSetup::knownNoise), white or not
+    bool modelled() const { return known || noise.covariance.correlated(); }
 };
 
 // The autoregression of the series e by Burg's method (Burg 1975): at each order the reflection
@@ -326,6 +327,13 @@ QString prepare(const BootstrapSetup& setup, Prepared* p)
         setup.blockLength > 0 ? std::min(setup.blockLength, int(ns)) : bootstrapBlockLength(p->lag1, int(ns));
     if (setup.noiseCentre)
         prepareSieve(setup, *setup.noiseCentre, p);
+    if (setup.knownNoise) {
+        // Given, not measured: no doubt of its own to carry, and normal innovations.
+        p->noise = NoiseCovarianceFit();
+        p->noise.ok = true;
+        p->noise.covariance = *setup.knownNoise;
+        p->known = true;
+    }
     return QString();
 }
 
@@ -373,7 +381,8 @@ double normalFrom(ReplicateRandom& random)
 
 // One replicate's residuals from the modelled noise at the range's times (in time order
 // through order): a covariance drawn from the plausible ones, its white part plus its
-// correlated part run through time, both driven by innovations drawn with replacement.
+// correlated part run through time, both driven by innovations drawn with replacement (normal
+// numbers where the covariance was given and there are none).
 void generateModelled(const Prepared& p, const std::vector<double>& times, const std::vector<std::size_t>& order,
                       ReplicateRandom& random, std::vector<double>* out)
 {
@@ -381,12 +390,14 @@ void generateModelled(const Prepared& p, const std::vector<double>& times, const
     const NoiseCovariance c = p.noise.draw(u, normalFrom(random));
     const std::vector<double>& innovations = p.noise.innovations;
     const std::uint64_t count = innovations.size();
-    auto draw = [&] { return innovations[std::size_t(random.below(count))]; };
+    auto draw = [&] { return count ? innovations[std::size_t(random.below(count))] : normalFrom(random); };
     const double white = std::sqrt(c.white), red = std::sqrt(c.red);
     double slow = 0;
     for (std::size_t k = 0; k < order.size(); ++k) {
         const std::size_t i = order[k];
-        if (k == 0) {
+        if (!c.correlated()) {
+            slow = 0;
+        } else if (k == 0) {
             slow = red * draw();
         } else {
             const double rho = std::exp(-(times[i] - times[order[k - 1]]) / c.tau);

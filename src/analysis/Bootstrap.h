@@ -103,6 +103,10 @@ struct BootstrapSetup {
     // The observer knows the noise is correlated: the differences' covariance is fitted among
     // correlated models only (fitNoiseCovariance's knownCorrelated).
     bool correlatedNoise = false;
+    // The noise's covariance where it is known, as a simulation knows its own: the replicates'
+    // noise is drawn from it, normal, in place of the noise measured on the curve. What the
+    // errors come to then shows how much of their doubt is the noise's measurement.
+    std::optional<NoiseCovariance> knownNoise;
     int threads = 0; // 0: all cores
     // The whole arrays (index 0..1000) every replicate starts from, so that what lies beyond
     // the used points stays as the methods read it (Kwee's entry just past them, the chords'

@@ -162,6 +162,7 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
         setup.seed = options.seed;
         setup.threads = options.threads;
         setup.correlatedNoise = options.correlatedNoise;
+        setup.knownNoise = options.knownNoise;
 
         MethodRequest again = request;
         // Without a fitted curve: the smoother of the points folded about the method's time,

@@ -38,14 +38,16 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace dip {
 
 struct MethodBootstrapOptions {
     int replicates = 500;
     std::uint64_t seed = 1;
-    int threads = 0;              // 0: every core; the batch passes 1 (it runs one eclipse per thread)
-    bool correlatedNoise = false; // the observer knows the noise is correlated (BootstrapSetup)
+    int threads = 0;                           // 0: every core; the batch passes 1 (it runs one eclipse per thread)
+    bool correlatedNoise = false;              // the observer knows the noise is correlated (BootstrapSetup)
+    std::optional<NoiseCovariance> knownNoise; // the noise's own covariance (BootstrapSetup)
 };
 
 // Re-runs row's compute on `replicates` resampled copies of curve (the magnitudes of the

@@ -550,6 +550,57 @@ private Q_SLOTS:
         QVERIFY2(std::abs(error / scatter - 1) < 0.2, qPrintable(numbers));
     }
 
+    // The noise given, not measured: the short curve of shortCurveCarriesTheDoubtOfItsNoise
+    // with its own covariance (white 0.004, slow 0.01 over 5 spacings) gives each curve's error
+    // within 15 % of the times' true scatter, whatever that curve's noise happened to look like.
+    // White noise given stays white.
+    void knownNoiseIsDrawnFrom()
+    {
+        std::mt19937_64 rng(43);
+        const std::vector<double> t = test::evenTimes(0.47, 0.53, 61);
+        const double spacing = 0.001;
+        auto curve = [&](std::mt19937_64& r) {
+            std::vector<double> m = parabolaDip(t, 0.5, 0.004, r);
+            const std::vector<double> e = redNoise(61, 0.01, std::exp(-1.0 / 5), r);
+            for (std::size_t i = 0; i < m.size(); ++i)
+                m[i] += e[i];
+            return m;
+        };
+        std::vector<double> times;
+        for (int k = 0; k < 400; ++k)
+            times.push_back(*parabolaTime(curveOf(setupOf(t, curve(rng)))));
+        const double scatter = standardDeviation(times);
+
+        NoiseCovariance known;
+        known.white = 0.004 * 0.004;
+        known.red = 0.01 * 0.01;
+        known.tau = 5 * spacing;
+        for (int k = 0; k < 3; ++k) {
+            BootstrapSetup s = setupOf(t, curve(rng));
+            s.replicates = 400;
+            s.seed = 700 + std::uint64_t(k);
+            s.noiseCentre = 0.5;
+            s.knownNoise = known;
+            const BootstrapResult r = runBootstrap(s, parabolaTime);
+            QVERIFY(r.valid());
+            QVERIFY(r.modelled());
+            QCOMPARE(r.noiseCovariance.red, known.red);
+            QVERIFY2(std::abs(r.error / scatter - 1) < 0.15,
+                     qPrintable(QStringLiteral("error %1, scatter %2").arg(r.error).arg(scatter)));
+        }
+
+        BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.004, rng));
+        s.replicates = 50;
+        NoiseCovariance white;
+        white.white = 0.004 * 0.004;
+        s.knownNoise = white;
+        const BootstrapResult r = runBootstrap(s, parabolaTime);
+        QVERIFY(r.valid());
+        QVERIFY(!r.modelled());
+        QCOMPARE(r.noiseCovariance.white, white.white);
+        QVERIFY(r.error > 0);
+    }
+
     void blockLengthRule_data()
     {
         QTest::addColumn<double>("rho");
