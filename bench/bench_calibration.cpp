@@ -20,9 +20,12 @@
 // 2 to 8 median spacings, 1 to 2 times the white part). Everything is drawn from one seed.
 //
 // usage: bench_calibration [--eclipses N] [--replicates B] [--seed S] [--family white|correlated]
-//                          [--noise found|correlated] [--study K] [--outliers X]
+//                          [--noise found|correlated|known] [--study K] [--outliers X]
 // --noise correlated runs the bootstrap as an observer who ticks "Correlated noise" does: the
 // noise is taken as correlated whatever the test between white and correlated would say.
+// --noise known gives the bootstrap each eclipse's own noise covariance, as no observer has it:
+// what is left of the pulls then is not the noise's measurement on the curve but what the
+// resampled noise cannot show (a method's bias on the eclipse).
 // --study K prints, for the first K eclipses, each method's true bias and scatter over 200 noise
 // draws beside what its errors say on the first draw. --outliers X prints every eclipse whose
 // bootstrap pull is larger than X, with what the bootstrap found.
@@ -47,8 +50,10 @@ namespace {
 
 using namespace dip;
 
-// The bootstrap's options beyond B and the seed: whether the noise is taken as correlated.
+// The bootstrap's options beyond B and the seed: whether the noise is taken as correlated, or
+// given as the simulation made it.
 bool correlatedNoise = false;
+bool knownNoise = false;
 
 constexpr double pi = 3.14159265358979323846;
 
@@ -188,6 +193,16 @@ Eclipse simulate(Family family, Draw& d, Draw& noise)
     e.sampling = sampling;
     e.gap = gap;
     return e;
+}
+
+// The eclipse's own noise: white, and the AR(1) part as the exponential covariance it has.
+NoiseCovariance covarianceOf(const Eclipse& e)
+{
+    NoiseCovariance c;
+    c.white = e.sigma * e.sigma;
+    c.red = e.red * e.red;
+    c.tau = e.red > 0 ? e.tauTime : 0;
+    return c;
 }
 
 // The index range of the points within [a, b]; first > last when none.
@@ -384,6 +399,8 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
             MethodBootstrapOptions o;
             o.replicates = replicates;
             o.correlatedNoise = correlatedNoise;
+            if (knownNoise)
+                o.knownNoise = covarianceOf(first);
             const BootstrapResult b = BootstrapMethod(row, c.view(), requestOf(row, picks), r, o);
             said = b.error;
             off = r.time - first.truth;
@@ -432,11 +449,13 @@ int main(int argc, char** argv)
         else if (args[i] == QLatin1String("--family"))
             families = {args[i + 1] == QLatin1String("white") ? Family::White : Family::Correlated};
         else if (args[i] == QLatin1String("--noise") &&
-                 (args[i + 1] == QLatin1String("found") || args[i + 1] == QLatin1String("correlated")))
+                 (args[i + 1] == QLatin1String("found") || args[i + 1] == QLatin1String("correlated") ||
+                  args[i + 1] == QLatin1String("known"))) {
             correlatedNoise = args[i + 1] == QLatin1String("correlated");
-        else {
+            knownNoise = args[i + 1] == QLatin1String("known");
+        } else {
             std::fprintf(stderr, "usage: bench_calibration [--eclipses N] [--replicates B] [--seed S] "
-                                 "[--family white|correlated] [--noise found|correlated] [--study K] "
+                                 "[--family white|correlated] [--noise found|correlated|known] [--study K] "
                                  "[--outliers X]\n");
             return 64;
         }
@@ -447,7 +466,10 @@ int main(int argc, char** argv)
     timer.start();
     std::printf("Pulls (time - truth) / error: standard deviation (and 1.4826 median |pull|), %d eclipses a family,"
                 " B = %d%s\n",
-                eclipses, replicates, correlatedNoise ? ", the noise taken as correlated" : "");
+                eclipses, replicates,
+                correlatedNoise ? ", the noise taken as correlated"
+                : knownNoise    ? ", the noise's own covariance given"
+                                : "");
     std::printf("%-26s %-11s %-14s %-14s %-14s %-14s %-14s %s\n", "method", "noise", "own", "bootstrap", "Deeg",
                 "boot., no gap", "p16 to p84", "fails / no boot. error (Deeg: no time)");
     std::vector<std::pair<const char*, std::map<int, Row>>> tables;
@@ -484,6 +506,8 @@ int main(int argc, char** argv)
                 options.replicates = replicates;
                 options.seed = seed + std::uint64_t(k);
                 options.correlatedNoise = correlatedNoise;
+                if (knownNoise)
+                    options.knownNoise = covarianceOf(e);
                 const BootstrapResult b = BootstrapMethod(row, curve.view(), request, fitted, options);
                 const double error = b.valid() ? b.error : NAN;
                 r.bootstrap.add(fitted.time, e.truth, error);
