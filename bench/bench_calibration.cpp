@@ -50,10 +50,10 @@ namespace {
 
 using namespace dip;
 
-// The bootstrap's options beyond B and the seed: whether the noise is taken as correlated, or
-// given as the simulation made it.
-bool correlatedNoise = false;
-bool knownNoise = false;
+// How the bootstrap comes by the noise: found on the curve, taken as correlated (as "Correlated
+// noise" ticked), or given as the simulation made it.
+enum class NoiseGiven { Found, Correlated, Known };
+NoiseGiven noiseGiven = NoiseGiven::Found;
 
 constexpr double pi = 3.14159265358979323846;
 
@@ -203,6 +203,17 @@ NoiseCovariance covarianceOf(const Eclipse& e)
     c.red = e.red * e.red;
     c.tau = e.red > 0 ? e.tauTime : 0;
     return c;
+}
+
+// The bootstrap's options for eclipse e with B replicates, the noise as --noise says.
+MethodBootstrapOptions bootstrapOptions(const Eclipse& e, int replicates)
+{
+    MethodBootstrapOptions o;
+    o.replicates = replicates;
+    o.correlatedNoise = noiseGiven == NoiseGiven::Correlated;
+    if (noiseGiven == NoiseGiven::Known)
+        o.knownNoise = covarianceOf(e);
+    return o;
 }
 
 // The index range of the points within [a, b]; first > last when none.
@@ -396,11 +407,7 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
             off = g.time - first.truth;
         } else {
             const MethodResult r = MethodOfRow(row).compute(c.view(), requestOf(row, picks));
-            MethodBootstrapOptions o;
-            o.replicates = replicates;
-            o.correlatedNoise = correlatedNoise;
-            if (knownNoise)
-                o.knownNoise = covarianceOf(first);
+            const MethodBootstrapOptions o = bootstrapOptions(first, replicates);
             const BootstrapResult b = BootstrapMethod(row, c.view(), requestOf(row, picks), r, o);
             said = b.error;
             off = r.time - first.truth;
@@ -451,8 +458,9 @@ int main(int argc, char** argv)
         else if (args[i] == QLatin1String("--noise") &&
                  (args[i + 1] == QLatin1String("found") || args[i + 1] == QLatin1String("correlated") ||
                   args[i + 1] == QLatin1String("known"))) {
-            correlatedNoise = args[i + 1] == QLatin1String("correlated");
-            knownNoise = args[i + 1] == QLatin1String("known");
+            noiseGiven = args[i + 1] == QLatin1String("correlated") ? NoiseGiven::Correlated
+                         : args[i + 1] == QLatin1String("known")    ? NoiseGiven::Known
+                                                                    : NoiseGiven::Found;
         } else {
             std::fprintf(stderr, "usage: bench_calibration [--eclipses N] [--replicates B] [--seed S] "
                                  "[--family white|correlated] [--noise found|correlated|known] [--study K] "
@@ -467,9 +475,9 @@ int main(int argc, char** argv)
     std::printf("Pulls (time - truth) / error: standard deviation (and 1.4826 median |pull|), %d eclipses a family,"
                 " B = %d%s\n",
                 eclipses, replicates,
-                correlatedNoise ? ", the noise taken as correlated"
-                : knownNoise    ? ", the noise's own covariance given"
-                                : "");
+                noiseGiven == NoiseGiven::Correlated ? ", the noise taken as correlated"
+                : noiseGiven == NoiseGiven::Known    ? ", the noise's own covariance given"
+                                                     : "");
     std::printf("%-26s %-11s %-14s %-14s %-14s %-14s %-14s %s\n", "method", "noise", "own", "bootstrap", "Deeg",
                 "boot., no gap", "p16 to p84", "fails / no boot. error (Deeg: no time)");
     std::vector<std::pair<const char*, std::map<int, Row>>> tables;
@@ -502,12 +510,8 @@ int main(int argc, char** argv)
                     continue;
                 }
                 r.own.add(fitted.time, e.truth, fitted.error);
-                MethodBootstrapOptions options;
-                options.replicates = replicates;
+                MethodBootstrapOptions options = bootstrapOptions(e, replicates);
                 options.seed = seed + std::uint64_t(k);
-                options.correlatedNoise = correlatedNoise;
-                if (knownNoise)
-                    options.knownNoise = covarianceOf(e);
                 const BootstrapResult b = BootstrapMethod(row, curve.view(), request, fitted, options);
                 const double error = b.valid() ? b.error : NAN;
                 r.bootstrap.add(fitted.time, e.truth, error);

@@ -200,11 +200,14 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
         return;
 
     // The noise's covariance, fitted to the differences nearest the centre (where the slow
-    // noise cancels most, and a series model fitted to them sees least of it).
-    NoiseCovarianceFit fit = fitNoiseCovariance(nearestTheCentre(contrasts, &chosen == &branch[0]),
-                                                spacing[spacing.size() / 2], setup.correlatedNoise);
-    if (fit.ok)
-        p->noise = std::move(fit);
+    // noise cancels most, and a series model fitted to them sees least of it); not where it is
+    // given (prepare).
+    if (!setup.knownNoise) {
+        NoiseCovarianceFit fit = fitNoiseCovariance(nearestTheCentre(contrasts, &chosen == &branch[0]),
+                                                    spacing[spacing.size() / 2], setup.correlatedNoise);
+        if (fit.ok)
+            p->noise = std::move(fit);
+    }
 
     // Not centred: at the method's time the differences of a symmetric dip have mean zero, and
     // an offset between the branches is the slowest part of the noise, the one that moves a
@@ -328,8 +331,8 @@ QString prepare(const BootstrapSetup& setup, Prepared* p)
     if (setup.noiseCentre)
         prepareSieve(setup, *setup.noiseCentre, p);
     if (setup.knownNoise) {
-        // Given, not measured: no doubt of its own to carry, and normal innovations.
-        p->noise = NoiseCovarianceFit();
+        // Given, not measured: no doubt of its own to carry (no plausible others), and normal
+        // innovations (none drawn from the curve).
         p->noise.ok = true;
         p->noise.covariance = *setup.knownNoise;
         p->known = true;

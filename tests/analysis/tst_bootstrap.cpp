@@ -553,7 +553,8 @@ private Q_SLOTS:
     // The noise given, not measured: the short curve of shortCurveCarriesTheDoubtOfItsNoise
     // with its own covariance (white 0.004, slow 0.01 over 5 spacings) gives each curve's error
     // within 15 % of the times' true scatter, whatever that curve's noise happened to look like.
-    // White noise given stays white.
+    // White noise given stays white, and is what the replicates draw: twice its size, with the
+    // same seed, doubles the error within 5 %.
     void knownNoiseIsDrawnFrom()
     {
         std::mt19937_64 rng(43);
@@ -590,7 +591,8 @@ private Q_SLOTS:
         }
 
         BootstrapSetup s = setupOf(t, parabolaDip(t, 0.5, 0.004, rng));
-        s.replicates = 50;
+        s.replicates = 200;
+        s.noiseCentre = 0.5;
         NoiseCovariance white;
         white.white = 0.004 * 0.004;
         s.knownNoise = white;
@@ -598,7 +600,11 @@ private Q_SLOTS:
         QVERIFY(r.valid());
         QVERIFY(!r.modelled());
         QCOMPARE(r.noiseCovariance.white, white.white);
-        QVERIFY(r.error > 0);
+        white.white = 0.008 * 0.008;
+        s.knownNoise = white;
+        const BootstrapResult twice = runBootstrap(s, parabolaTime);
+        QVERIFY2(std::abs(twice.error / r.error - 2) < 0.1,
+                 qPrintable(QStringLiteral("%1 and %2").arg(r.error).arg(twice.error)));
     }
 
     void blockLengthRule_data()
