@@ -575,7 +575,12 @@ int main(int argc, char** argv)
     const int few = BootstrapResult::fewPointsForTheNoise;
     std::printf("%-26s %-11s %-16s %-20s %s\n", "method", "noise", qPrintable(QStringLiteral("< %1 points").arg(few)),
                 "of them not modelled", qPrintable(QStringLiteral(">= %1 points").arg(few)));
-    auto counted = [](const Pulls& p) { return QStringLiteral("%1 (%2)").arg(p.sd(), 0, 'f', 2).arg(p.values.size()); };
+    // With fewer than two pulls there is no standard deviation: a dash, not "nan" (with the
+    // noise given, no short curve is left unmodelled).
+    auto counted = [](const Pulls& p) {
+        const QString sd = p.values.size() < 2 ? QStringLiteral("-") : QString::number(p.sd(), 'f', 2);
+        return QStringLiteral("%1 (%2)").arg(sd).arg(p.values.size());
+    };
     for (const auto& [name, table] : tables)
         for (const int row : rows) {
             const Row& r = table.at(row);
