@@ -328,15 +328,16 @@ QString prepare(const BootstrapSetup& setup, Prepared* p)
     p->lag1 = s0 > 0 ? s1 / s0 : 0;
     p->blockLength =
         setup.blockLength > 0 ? std::min(setup.blockLength, int(ns)) : bootstrapBlockLength(p->lag1, int(ns));
-    if (setup.noiseCentre)
-        prepareSieve(setup, *setup.noiseCentre, p);
     if (setup.knownNoise) {
         // Given, not measured: no doubt of its own to carry (no plausible others), and normal
-        // innovations (none drawn from the curve).
+        // innovations (none drawn from the curve). Set before the sieve is prepared, which then
+        // neither fits the covariance nor takes the autoregression's place.
         p->noise.ok = true;
         p->noise.covariance = *setup.knownNoise;
         p->known = true;
     }
+    if (setup.noiseCentre)
+        prepareSieve(setup, *setup.noiseCentre, p);
     return QString();
 }
 

@@ -585,6 +585,7 @@ private Q_SLOTS:
             const BootstrapResult r = runBootstrap(s, parabolaTime);
             QVERIFY(r.valid());
             QVERIFY(r.modelled());
+            QVERIFY(!r.sieve);
             QCOMPARE(r.noiseCovariance.red, known.red);
             QVERIFY2(std::abs(r.error / scatter - 1) < 0.15,
                      qPrintable(QStringLiteral("error %1, scatter %2").arg(r.error).arg(scatter)));
@@ -599,6 +600,7 @@ private Q_SLOTS:
         const BootstrapResult r = runBootstrap(s, parabolaTime);
         QVERIFY(r.valid());
         QVERIFY(!r.modelled());
+        QVERIFY(!r.sieve);
         QCOMPARE(r.noiseCovariance.white, white.white);
         white.white = 0.008 * 0.008;
         s.knownNoise = white;
