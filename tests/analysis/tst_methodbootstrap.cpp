@@ -7,10 +7,12 @@
 #include "methods/MethodRegistry.h"
 #include "support/TestSupport.h"
 
+#include <QFile>
 #include <QtTest>
 
 #include <cmath>
 #include <random>
+#include <utility>
 
 using namespace dip;
 using dip::test::standardDeviation;
@@ -86,6 +88,72 @@ void methodRows()
     QTest::newRow("Kwee") << 4;
     QTest::newRow("Fourier") << 5;
     QTest::newRow("sliding") << 6;
+}
+
+// A published eclipse of the source tree's test data ("HJD,Mag" lines after a header, times
+// BJD_TDB less offset), with its published minimum (reduced the same way) and error, and the
+// ranges an observer picks on it: the parabola over the bottom, the chords on both branches
+// at matching depths, Kwee and van Woerden symmetric about the bottom, the Fourier fit over
+// every point.
+struct PublishedEclipse {
+    const char* file;
+    double offset;
+    double minimum;
+    double error;
+    rt::Integer parabola[2];
+    rt::Integer chords[4];
+    rt::Integer kwee[2];
+};
+
+CurveData readEclipse(const PublishedEclipse& e)
+{
+    const QString path = qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/tests/methods/data/cmdra/") +
+                         QLatin1String(e.file);
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly | QIODevice::Text))
+        qFatal("cannot read %s (is DIPSCOPE_SOURCE_DIR set?)", qPrintable(path));
+    f.readLine();
+    std::vector<double> t, m;
+    while (!f.atEnd()) {
+        const QList<QByteArray> fields = f.readLine().trimmed().split(',');
+        if (fields.size() < 2)
+            continue;
+        t.push_back(fields[0].toDouble() - e.offset);
+        m.push_back(fields[1].toDouble());
+    }
+    return CurveData::from(t, m);
+}
+
+MethodRequest publishedRequest(int row, const PublishedEclipse& e, const CurveData& c)
+{
+    MethodRequest r;
+    switch (row) {
+    case 1:
+        r.first = e.parabola[0];
+        r.last = e.parabola[1];
+        break;
+    case 3:
+        r.first = e.chords[0];
+        r.last = e.chords[1];
+        r.first2 = e.chords[2];
+        r.last2 = e.chords[3];
+        break;
+    case 4:
+        r.first = e.kwee[0];
+        r.last = e.kwee[1];
+        break;
+    case 5: {
+        // Start values read off the plot: the deepest point, about the depth, a period that
+        // puts the range within one cycle.
+        r.first = 1;
+        r.last = c.n;
+        const double halfRange = (c.t(c.n) - c.t(1)) / 2;
+        r.fourierStart = {0, e.minimum, 0.7, pi / halfRange, 0.26, 0.064, 0.032, 0.0064, 0.0032};
+        break;
+    }
+    default: break;
+    }
+    return r;
 }
 
 } // namespace
@@ -173,6 +241,44 @@ private Q_SLOTS:
             QCOMPARE(one.times[i], three.times[i]);
         o.seed = 124;
         QVERIFY(BootstrapMethod(row, c.view(), request, fitted, o).error != one.error);
+    }
+
+    // Two TESS eclipses of CM Dra with published minima (Deeg 2021: complete, and with the
+    // ingress cut): each method's time lies within three of its bootstrap error and the
+    // published one together of the published minimum, and that error is no absurd one (between
+    // a quarter of the published error and ten times it; the parabola's own is days there).
+    void publishedMinimaLieWithinTheErrors_data()
+    {
+        QTest::addColumn<int>("eclipse");
+        QTest::addColumn<int>("row");
+        for (int e = 0; e < 2; ++e)
+            for (const auto& [name, row] : {std::pair{"parabola", 1}, std::pair{"chords", 3}, std::pair{"Kwee", 4},
+                                            std::pair{"Fourier", 5}, std::pair{"sliding", 6}})
+                QTest::addRow("%s %s", e == 0 ? "E7024" : "E7023", name) << e << row;
+    }
+    void publishedMinimaLieWithinTheErrors()
+    {
+        QFETCH(int, eclipse);
+        QFETCH(int, row);
+        static const PublishedEclipse eclipses[2] = {
+            {"CMDra_E7024_TESS.csv", 58739.0, 0.9291169, 0.0000125, {13, 19}, {3, 11, 20, 28}, {1, 30}},
+            {"CMDra_E7023_TESS_incomplete.csv", 58738.0, 0.6607358, 0.0000191, {5, 10}, {1, 4, 11, 14}, {1, 15}},
+        };
+        const PublishedEclipse& e = eclipses[eclipse];
+        const CurveData c = readEclipse(e);
+        const MethodRequest request = publishedRequest(row, e, c);
+        const MethodResult fitted = MethodOfRow(row).compute(c.view(), request);
+        QVERIFY(fitted.ok);
+        MethodBootstrapOptions o;
+        o.replicates = 500;
+        const BootstrapResult b = BootstrapMethod(row, c.view(), request, fitted, o);
+        QVERIFY2(b.valid(), qPrintable(b.problem));
+        QCOMPARE(b.failures, 0);
+        const double off = fitted.time - e.minimum;
+        const double pull = off / std::hypot(b.error, e.error);
+        qInfo("time - published %+.3g, bootstrap %.3g, pull %+.2f", off, b.error, pull);
+        QVERIFY2(std::abs(pull) < 3, qPrintable(QString::number(pull)));
+        QVERIFY2(b.error > e.error / 4 && b.error < 10 * e.error, qPrintable(QString::number(b.error)));
     }
 
     void refused()
