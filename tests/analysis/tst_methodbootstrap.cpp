@@ -7,9 +7,9 @@
 #include "methods/MethodRegistry.h"
 #include "support/TestSupport.h"
 
-#include <QFile>
 #include <QtTest>
 
+#include <array>
 #include <cmath>
 #include <random>
 #include <utility>
@@ -80,6 +80,21 @@ MethodRequest requestFor(int row)
     return r;
 }
 
+// A method's result on a curve, and its bootstrap of B replicates (seed 1).
+struct Bootstrapped {
+    MethodResult fitted;
+    BootstrapResult bootstrap;
+};
+Bootstrapped fitAndBootstrap(int row, const CurveData& c, const MethodRequest& request, int replicates)
+{
+    Bootstrapped r;
+    r.fitted = MethodOfRow(row).compute(c.view(), request);
+    MethodBootstrapOptions o;
+    o.replicates = replicates;
+    r.bootstrap = BootstrapMethod(row, c.view(), request, r.fitted, o);
+    return r;
+}
+
 void methodRows()
 {
     QTest::addColumn<int>("row");
@@ -90,68 +105,42 @@ void methodRows()
     QTest::newRow("sliding") << 6;
 }
 
-// A published eclipse of the source tree's test data ("HJD,Mag" lines after a header, times
-// BJD_TDB less offset), with its published minimum (reduced the same way) and error, and the
-// ranges an observer picks on it: the parabola over the bottom, the chords on both branches
-// at matching depths, Kwee and van Woerden symmetric about the bottom, the Fourier fit over
-// every point.
+// A published eclipse of CM Dra (times less offset) with its published minimum (reduced the
+// same way) and error, and the ranges an observer picks on it: the parabola over the bottom,
+// the chords on both branches at matching depths, Kwee and van Woerden symmetric about the
+// bottom, the Fourier fit over every point.
 struct PublishedEclipse {
     const char* file;
     double offset;
     double minimum;
     double error;
-    rt::Integer parabola[2];
-    rt::Integer chords[4];
-    rt::Integer kwee[2];
+    std::array<rt::Integer, 4> parabola; // first, last
+    std::array<rt::Integer, 4> chords;   // first, last, first2, last2
+    std::array<rt::Integer, 4> kwee;     // first, last
 };
 
 CurveData readEclipse(const PublishedEclipse& e)
 {
-    const QString path = qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/tests/methods/data/cmdra/") +
-                         QLatin1String(e.file);
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly | QIODevice::Text))
-        qFatal("cannot read %s (is DIPSCOPE_SOURCE_DIR set?)", qPrintable(path));
-    f.readLine();
-    std::vector<double> t, m;
-    while (!f.atEnd()) {
-        const QList<QByteArray> fields = f.readLine().trimmed().split(',');
-        if (fields.size() < 2)
-            continue;
-        t.push_back(fields[0].toDouble() - e.offset);
-        m.push_back(fields[1].toDouble());
-    }
-    return CurveData::from(t, m);
+    const test::TimesAndMags c = test::readCmDraCurve(QLatin1String(e.file), e.offset);
+    return CurveData::from(c.t, c.m);
 }
 
 MethodRequest publishedRequest(int row, const PublishedEclipse& e, const CurveData& c)
 {
     MethodRequest r;
-    switch (row) {
-    case 1:
-        r.first = e.parabola[0];
-        r.last = e.parabola[1];
-        break;
-    case 3:
-        r.first = e.chords[0];
-        r.last = e.chords[1];
-        r.first2 = e.chords[2];
-        r.last2 = e.chords[3];
-        break;
-    case 4:
-        r.first = e.kwee[0];
-        r.last = e.kwee[1];
-        break;
-    case 5: {
-        // Start values read off the plot: the deepest point, about the depth, a period that
-        // puts the range within one cycle.
+    const std::array<rt::Integer, 4> none{};
+    const std::array<rt::Integer, 4>& range = row == 1 ? e.parabola : row == 3 ? e.chords : row == 4 ? e.kwee : none;
+    r.first = range[0];
+    r.last = range[1];
+    r.first2 = range[2];
+    r.last2 = range[3];
+    if (row == 5) {
+        // Every point, and start values read off the plot: the deepest point, about the depth,
+        // a period that puts the range within one cycle.
         r.first = 1;
         r.last = c.n;
         const double halfRange = (c.t(c.n) - c.t(1)) / 2;
         r.fourierStart = {0, e.minimum, 0.7, pi / halfRange, 0.26, 0.064, 0.032, 0.0064, 0.0032};
-        break;
-    }
-    default: break;
     }
     return r;
 }
@@ -167,12 +156,8 @@ private Q_SLOTS:
     {
         QFETCH(int, row);
         const CurveData c = exactCurve(row);
-        const MethodRequest request = requestFor(row);
-        const MethodResult fitted = MethodOfRow(row).compute(c.view(), request);
+        const auto [fitted, b] = fitAndBootstrap(row, c, requestFor(row), 50);
         QVERIFY(fitted.ok);
-        MethodBootstrapOptions o;
-        o.replicates = 50;
-        const BootstrapResult b = BootstrapMethod(row, c.view(), request, fitted, o);
         QVERIFY2(b.valid(), qPrintable(b.problem));
         if (row == 3) {
             // Every chord of a noiseless symmetric dip has the same midpoint: the method's own
@@ -266,12 +251,8 @@ private Q_SLOTS:
         };
         const PublishedEclipse& e = eclipses[eclipse];
         const CurveData c = readEclipse(e);
-        const MethodRequest request = publishedRequest(row, e, c);
-        const MethodResult fitted = MethodOfRow(row).compute(c.view(), request);
+        const auto [fitted, b] = fitAndBootstrap(row, c, publishedRequest(row, e, c), 500);
         QVERIFY(fitted.ok);
-        MethodBootstrapOptions o;
-        o.replicates = 500;
-        const BootstrapResult b = BootstrapMethod(row, c.view(), request, fitted, o);
         QVERIFY2(b.valid(), qPrintable(b.problem));
         QCOMPARE(b.failures, 0);
         const double off = fitted.time - e.minimum;

@@ -6,12 +6,12 @@
 #include "support/SimulatedEclipse.h"
 #include "support/TestSupport.h"
 
-#include <QFile>
 #include <QtTest>
 
 #include <cmath>
 #include <limits>
 #include <thread>
+#include <utility>
 
 using namespace dip;
 using dip::test::Dip;
@@ -25,25 +25,11 @@ struct Points {
     int n() const { return static_cast<int>(t.size()); }
 };
 
-// A light curve of the source tree's test data: "HJD,Mag" lines after a header, times reduced by
-// offset.
+// A published CM Dra eclipse, times less offset.
 Points readCurve(const QString& name, double offset)
 {
-    Points p;
-    const QString path =
-        qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/tests/methods/data/cmdra/") + name;
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly | QIODevice::Text))
-        qFatal("cannot read %s (is DIPSCOPE_SOURCE_DIR set?)", qPrintable(path));
-    f.readLine();
-    while (!f.atEnd()) {
-        const QList<QByteArray> fields = f.readLine().trimmed().split(',');
-        if (fields.size() < 2)
-            continue;
-        p.t.push_back(fields[0].toDouble() - offset);
-        p.m.push_back(fields[1].toDouble());
-    }
-    return p;
+    test::TimesAndMags c = test::readCmDraCurve(name, offset);
+    return Points{std::move(c.t), std::move(c.m)};
 }
 
 DeegKweeResult run(const Points& p, const DeegKweeParams& params = {})

@@ -91,4 +91,23 @@ bool loadText(const QByteArray& content, const QString& name)
     return OpenDataFile(folder->path(), name);
 }
 
+TimesAndMags readCmDraCurve(const QString& name, double offset)
+{
+    TimesAndMags p;
+    const QString path =
+        qEnvironmentVariable("DIPSCOPE_SOURCE_DIR") + QStringLiteral("/tests/methods/data/cmdra/") + name;
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly | QIODevice::Text))
+        qFatal("cannot read %s (is DIPSCOPE_SOURCE_DIR set?)", qPrintable(path));
+    f.readLine();
+    while (!f.atEnd()) {
+        const QList<QByteArray> fields = f.readLine().trimmed().split(',');
+        if (fields.size() < 2)
+            continue;
+        p.t.push_back(fields[0].toDouble() - offset);
+        p.m.push_back(fields[1].toDouble());
+    }
+    return p;
+}
+
 } // namespace dip::test

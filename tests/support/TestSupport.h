@@ -75,6 +75,15 @@ private:
     QTemporaryDir m_dir;
 };
 
+// A published CM Dra eclipse of the source tree's test data (tests/methods/data/cmdra/): its
+// "HJD,Mag" lines after the header, times less offset. Ends the test program when the file
+// cannot be read (DIPSCOPE_SOURCE_DIR names the source tree).
+struct TimesAndMags {
+    std::vector<double> t;
+    std::vector<double> m;
+};
+TimesAndMags readCmDraCurve(const QString& name, double offset);
+
 // Resets the session and the main window to the state after start-up, with an in-memory main
 // window, and loads the given text as a data file; returns whether it loaded.
 bool loadText(const QByteArray& content, const QString& name = QStringLiteral("curve.csv"));
