@@ -47,7 +47,9 @@ struct Prepared {
     // ones a replicate's is drawn from, and the innovations that drive it; used when it is correlated.
     NoiseCovarianceFit noise;
     bool known = false; // the covariance was given (BootstrapSetup::knownNoise), white or not
-    bool modelled() const { return known || noise.covariance.correlated(); }
+    // The replicates' noise is drawn from the covariance (given, or fitted and correlated),
+    // not resampled from the residuals or the autoregression.
+    bool drawnFromCovariance() const { return known || noise.covariance.correlated(); }
 };
 
 // The autoregression of the series e by Burg's method (Burg 1975): at each order the reflection
@@ -202,7 +204,7 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     // The noise's covariance, fitted to the differences nearest the centre (where the slow
     // noise cancels most, and a series model fitted to them sees least of it); not where it is
     // given (prepare).
-    if (!setup.knownNoise) {
+    if (!p->known) {
         NoiseCovarianceFit fit = fitNoiseCovariance(nearestTheCentre(contrasts, &chosen == &branch[0]),
                                                     spacing[spacing.size() / 2], setup.correlatedNoise);
         if (fit.ok)
@@ -217,6 +219,9 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
         s0 += r * r;
     const std::size_t count = e.size();
     p->noiseRms = std::sqrt(s0 / double(count));
+    // A given noise takes the autoregression's place as well: nothing more to measure.
+    if (p->known)
+        return;
     const int maxOrder = std::min(int(std::lround(10 * std::log10(double(count)))), int(count) / 5);
     std::vector<double> a = fitAutoregression(e, maxOrder);
     // The fitted persistence is too small on a short series (Autoregression.h): the
@@ -253,7 +258,7 @@ void prepareSieve(const BootstrapSetup& setup, double centre, Prepared* p)
     const double sieveLongRun = innovationVariance / ((1 - sumA) * (1 - sumA));
     const double rho = std::max(0.0, std::min(p->lag1, 0.99));
     const double blockLongRun = p->rms * p->rms * (1 + rho) / (1 - rho);
-    p->sieve = !p->modelled() && sieveLongRun > blockLongRun;
+    p->sieve = !p->drawnFromCovariance() && sieveLongRun > blockLongRun;
 }
 
 QString prepare(const BootstrapSetup& setup, Prepared* p)
@@ -463,6 +468,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
     result.noiseRms = prepared.noiseRms;
     result.points = int(setup.t.size());
     result.correlatedNoise = setup.correlatedNoise;
+    result.noiseGiven = prepared.known;
 
     // The range's times, and their order in time for the modelled noise.
     const std::vector<double> rangeTimes(setup.t.begin() + (setup.first - 1), setup.t.begin() + setup.last);
@@ -502,7 +508,7 @@ BootstrapResult runBootstrap(const BootstrapSetup& setup, const ReplicateMethod&
             if (index >= B)
                 break;
             ReplicateRandom random(setup.seed, std::uint64_t(index));
-            if (prepared.modelled())
+            if (prepared.drawnFromCovariance())
                 generateModelled(prepared, rangeTimes, rangeOrder, random, &drawn);
             else if (!prepared.sieve)
                 resample(prepared.residuals, prepared.blockLength, random, &drawn);

@@ -151,6 +151,7 @@ struct BootstrapResult {
     double noiseRms = 0;          // of the residuals of all the used points (with a noise centre)
     int points = 0;               // the used points the noise was judged on
     bool correlatedNoise = false; // the noise was taken as correlated, as the observer said
+    bool noiseGiven = false;      // the noise's covariance was given (BootstrapSetup::knownNoise), not measured
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
     // How far the replicates' mean lies from the time they were drawn about, and the error with
@@ -165,12 +166,14 @@ struct BootstrapResult {
         return std::sqrt(error * error + s * s);
     }
     bool modelled() const { return noiseCovariance.correlated(); }
-    // The bootstrap ran, and no correlated covariance was found for the noise, on a curve too
-    // short to tell: slow noise there is mostly taken up by the fit and the time, and what is
-    // left looks white or nearly so. On simulated curves of fewer points with correlated noise
-    // that was not found, the true errors were 1.4 to 2.3 times the bootstrap's; with white
-    // noise, 0.8 to 1.3 times.
-    bool unmodelledOnFewPoints() const { return problem.isEmpty() && !modelled() && points < fewPointsForTheNoise; }
+    // The bootstrap ran, and no correlated covariance was found for the noise (none was sought
+    // where it was given), on a curve too short to tell: slow noise there is mostly taken up by the fit and the time,
+    // and what is left looks white or nearly so. On simulated curves of fewer points with correlated noise that was not
+    // found, the true errors were 1.4 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.3 times.
+    bool unmodelledOnFewPoints() const
+    {
+        return problem.isEmpty() && !noiseGiven && !modelled() && points < fewPointsForTheNoise;
+    }
     static constexpr int fewPointsForTheNoise = 100;
 };
 

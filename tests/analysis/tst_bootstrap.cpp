@@ -553,8 +553,9 @@ private Q_SLOTS:
     // The noise given, not measured: the short curve of shortCurveCarriesTheDoubtOfItsNoise
     // with its own covariance (white 0.004, slow 0.01 over 5 spacings) gives each curve's error
     // within 15 % of the times' true scatter, whatever that curve's noise happened to look like.
-    // White noise given stays white, and is what the replicates draw: twice its size, with the
-    // same seed, doubles the error within 5 %.
+    // White noise given stays white, is what the replicates draw (twice its size, with the
+    // same seed, doubles the error within 5 %), and leaves no "(few points)" doubt of a noise
+    // measured on a short curve.
     void knownNoiseIsDrawnFrom()
     {
         std::mt19937_64 rng(43);
@@ -585,6 +586,7 @@ private Q_SLOTS:
             const BootstrapResult r = runBootstrap(s, parabolaTime);
             QVERIFY(r.valid());
             QVERIFY(r.modelled());
+            QVERIFY(r.noiseGiven);
             QVERIFY(!r.sieve);
             QCOMPARE(r.noiseCovariance.red, known.red);
             QVERIFY2(std::abs(r.error / scatter - 1) < 0.15,
@@ -601,7 +603,11 @@ private Q_SLOTS:
         QVERIFY(r.valid());
         QVERIFY(!r.modelled());
         QVERIFY(!r.sieve);
+        QCOMPARE(r.arOrder, 0);
         QCOMPARE(r.noiseCovariance.white, white.white);
+        // Given, not measured on these 61 points: no "(few points)" doubt about it.
+        QVERIFY(r.noiseGiven);
+        QVERIFY(!r.unmodelledOnFewPoints());
         white.white = 0.008 * 0.008;
         s.knownNoise = white;
         const BootstrapResult twice = runBootstrap(s, parabolaTime);
