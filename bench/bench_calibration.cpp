@@ -29,6 +29,7 @@
 // --study K prints, for the first K eclipses, each method's true bias and scatter over 200 noise
 // draws beside what its errors say on the first draw. --outliers X prints every eclipse whose
 // bootstrap pull is larger than X, with what the bootstrap found.
+#include "analysis/BaselineNoise.h"
 #include "analysis/MethodBootstrap.h"
 #include "analysis/ReplicateRandom.h"
 #include "methods/MethodRegistry.h"
@@ -363,6 +364,16 @@ MethodRequest requestOf(int row, const Picks& picks)
     }
 }
 
+// The noise as the baseline beside the picked ranges shows it, judged as the Error bars window
+// judges it on the published rows' ranges.
+BaselineNoise baselineOf(const Eclipse& e, const Picks& picks)
+{
+    const CurveData c = CurveData::from(e.t, e.m);
+    const std::vector<MethodRequest> requests = {picks.parabola, picks.chords, picks.kwee, picks.fourier};
+    const std::optional<TimeSpan> dip = DipExtent(c.view(), requests);
+    return dip ? JudgeBaselineNoise(c.view(), dip->start, dip->end) : BaselineNoise();
+}
+
 // One eclipse under many noise draws: the true bias and scatter of each method's time, beside
 // what the bootstrap and Deeg say from the first draw.
 void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const Eclipse& first, const Picks& picks,
@@ -407,7 +418,8 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
             off = g.time - first.truth;
         } else {
             const MethodResult r = MethodOfRow(row).compute(c.view(), requestOf(row, picks));
-            const MethodBootstrapOptions o = bootstrapOptions(first, replicates);
+            MethodBootstrapOptions o = bootstrapOptions(first, replicates);
+            o.baseline = baselineOf(first, picks);
             const BootstrapResult b = BootstrapMethod(row, c.view(), requestOf(row, picks), r, o);
             said = b.error;
             off = r.time - first.truth;
@@ -481,8 +493,10 @@ int main(int argc, char** argv)
     std::printf("%-26s %-11s %-14s %-14s %-14s %-14s %-14s %s\n", "method", "noise", "own", "bootstrap", "Deeg",
                 "boot., no gap", "p16 to p84", "fails / no boot. error (Deeg: no time)");
     std::vector<std::pair<const char*, std::map<int, Row>>> tables;
+    QStringList baselineLines;
     for (const Family family : families) {
         std::map<int, Row> table;
+        int baselineJudged = 0, baselineCorrelated = 0;
         // An eclipse whose picks hold too few points is drawn again from the next stream.
         std::uint64_t stream = 0;
         for (int k = 0; k < eclipses; ++k) {
@@ -499,6 +513,9 @@ int main(int argc, char** argv)
             if (study > 0 && k < study)
                 studyEclipse(family, seed, index, e, picks, replicates);
             const CurveData curve = CurveData::from(e.t, e.m);
+            const BaselineNoise baseline = baselineOf(e, picks);
+            baselineJudged += baseline.judged ? 1 : 0;
+            baselineCorrelated += baseline.correlated ? 1 : 0;
             for (const int row : rows) {
                 const MethodRequest request = requestOf(row, picks);
                 Row& r = table[row];
@@ -511,6 +528,7 @@ int main(int argc, char** argv)
                 }
                 r.own.add(fitted.time, e.truth, fitted.error);
                 MethodBootstrapOptions options = bootstrapOptions(e, replicates);
+                options.baseline = baseline;
                 options.seed = seed + std::uint64_t(k);
                 const BootstrapResult b = BootstrapMethod(row, curve.view(), request, fitted, options);
                 const double error = b.valid() ? b.error : NAN;
@@ -568,9 +586,17 @@ int main(int argc, char** argv)
                         qPrintable(cell(r.own)), qPrintable(cell(r.bootstrap)), qPrintable(cell(r.deeg)),
                         qPrintable(cell(r.bootstrapNoGap)), qPrintable(cell(r.percentiles)), qPrintable(fails));
         }
+        baselineLines.push_back(QStringLiteral("%1: the baseline beside the dip judged on %2 of %3 eclipses, "
+                                               "correlated on %4")
+                                    .arg(name)
+                                    .arg(baselineJudged)
+                                    .arg(eclipses)
+                                    .arg(baselineCorrelated));
         tables.emplace_back(name, table);
         std::fflush(stdout);
     }
+    for (const QString& line : baselineLines)
+        std::printf("%s\n", qPrintable(line));
     std::printf("\nThe bootstrap's pulls by the curve's length: standard deviation (and number of eclipses)\n");
     const int few = BootstrapResult::fewPointsForTheNoise;
     std::printf("%-26s %-11s %-16s %-20s %s\n", "method", "noise", qPrintable(QStringLiteral("< %1 points").arg(few)),

@@ -147,11 +147,12 @@ struct BootstrapResult {
     // The noise's covariance fitted to the reflected differences (with a noise centre); the
     // residuals came from it where it is correlated.
     NoiseCovariance noiseCovariance;
-    int arOrder = 0;              // order of the autoregression fitted to the reflected differences
-    double noiseRms = 0;          // of the residuals of all the used points (with a noise centre)
-    int points = 0;               // the used points the noise was judged on
-    bool correlatedNoise = false; // the noise was taken as correlated, as the observer said
-    bool noiseGiven = false;      // the noise's covariance was given (BootstrapSetup::knownNoise), not measured
+    int arOrder = 0;                   // order of the autoregression fitted to the reflected differences
+    double noiseRms = 0;               // of the residuals of all the used points (with a noise centre)
+    int points = 0;                    // the used points the noise was judged on
+    bool correlatedNoise = false;      // the noise was taken as correlated, as the observer said
+    bool correlatedByBaseline = false; // ... as the curve's baseline beside the dip showed (MethodBootstrap)
+    bool noiseGiven = false;           // the noise's covariance was given (BootstrapSetup::knownNoise), not measured
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
     // How far the replicates' mean lies from the time they were drawn about, and the error with

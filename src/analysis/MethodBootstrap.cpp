@@ -161,7 +161,8 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
         setup.replicates = options.replicates;
         setup.seed = options.seed;
         setup.threads = options.threads;
-        setup.correlatedNoise = options.correlatedNoise;
+        const bool byBaseline = options.baseline.correlated && !options.correlatedNoise && !options.knownNoise;
+        setup.correlatedNoise = options.correlatedNoise || byBaseline;
         setup.knownNoise = options.knownNoise;
 
         MethodRequest again = request;
@@ -190,7 +191,10 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
                 throw rt::RuntimeError(r.runtimeError, r.runtimeErrorText);
             return std::nullopt;
         };
-        return runBootstrap(setup, run, progress, cancel);
+        BootstrapResult result = runBootstrap(setup, run, progress, cancel);
+        result.correlatedNoise = options.correlatedNoise;
+        result.correlatedByBaseline = byBaseline;
+        return result;
     } catch (const std::bad_alloc&) {
         return refused(options.replicates, QStringLiteral("out of memory"));
     } catch (const std::exception& e) {

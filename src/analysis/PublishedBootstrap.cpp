@@ -115,6 +115,14 @@ PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstra
     const int total = PublishedReplicates(job, options.replicates);
     int before = 0;
     const Curve curve = job.curve.view();
+    // The dip reaches as far as any of its picked ranges; the baseline is beside that.
+    std::vector<MethodRequest> requests;
+    for (const PublishedRowJob& r : job.rows)
+        requests.push_back(r.request);
+    if (const std::optional<TimeSpan> dip = DipExtent(curve, requests))
+        out.baseline = JudgeBaselineNoise(curve, dip->start, dip->end);
+    MethodBootstrapOptions judged = options;
+    judged.baseline = out.baseline;
     for (const PublishedRowJob& r : job.rows) {
         PublishedRowErrors e;
         e.row = r.row;
@@ -131,7 +139,7 @@ PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstra
             } else {
                 e.fitted = MethodOfRow(r.row).compute(curve, r.request);
                 e.bootstrap = BootstrapMethod(
-                    r.row, curve, r.request, e.fitted, options,
+                    r.row, curve, r.request, e.fitted, judged,
                     [&](int done, int) {
                         if (progress)
                             progress(before + done, total);

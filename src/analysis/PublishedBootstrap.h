@@ -72,13 +72,16 @@ struct PublishedErrors {
     // Over the ticked rows, bootstrap errors as weights; invalid when a ticked row has no
     // usable error.
     WeightedMean mean;
+    // What the baseline beside the dip (as far as any row's range reaches) showed of the noise.
+    BaselineNoise baseline;
     bool cancelled = false;
 };
 
 // The replicates a run of the job makes: B for each row with a bootstrap.
 int PublishedReplicates(const PublishedJob& job, int replicates);
 
-// Runs each row's bootstrap in turn; progress(done, total) counts the replicates of all rows.
+// Runs each row's bootstrap in turn, the noise judged on the baseline beside the rows' ranges
+// first (options.baseline is replaced by that); progress(done, total) counts the replicates of all rows.
 PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstrapOptions& options,
                                    const std::function<void(int done, int total)>& progress = {},
                                    const std::atomic<bool>* cancel = nullptr);

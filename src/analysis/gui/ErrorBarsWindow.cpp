@@ -43,6 +43,11 @@ const QString correlatedNoiseAdvice =
                    "Caution's error where it shows). On white noise it makes the errors up to half as large again "
                    "as they are.");
 
+// Why a row's noise was taken as correlated without "Correlated noise" ticked.
+const QString baselineTip =
+    QStringLiteral(" Taken as correlated: the light beside the dip, where a straight line leaves slow noise in its "
+                   "residuals, showed it.");
+
 enum Column {
     MethodColumn,
     TimeColumn,
@@ -87,6 +92,8 @@ CellText describeNoise(const BootstrapResult& b)
                                "between the branches.");
         if (b.correlatedNoise)
             d.tip += QStringLiteral(" Taken as correlated, as \"Correlated noise\" says.");
+        if (b.correlatedByBaseline)
+            d.tip += baselineTip;
     } else if (b.sieve) {
         d.text = QStringLiteral("autoregression");
         d.tip = QStringLiteral("Drawn from an autoregression fitted to the differences between the branches.");
@@ -98,6 +105,8 @@ CellText describeNoise(const BootstrapResult& b)
         d.text = QStringLiteral("white");
         d.tip = QStringLiteral("The residuals about a smooth model, resampled one by one.");
     }
+    if (b.correlatedByBaseline)
+        d.text += QStringLiteral(" (baseline)");
     if (b.unmodelledOnFewPoints()) {
         d.text += QStringLiteral(" (few points)");
         d.tip += QStringLiteral(" The noise was judged on %1 points, too few to see slow noise: on simulated curves "
@@ -107,11 +116,12 @@ CellText describeNoise(const BootstrapResult& b)
                      .arg(BootstrapResult::fewPointsForTheNoise);
         // Ticked, the box did what it could: too few differences between the branches to fit
         // any model of the noise.
-        d.tip += b.correlatedNoise ? QStringLiteral(" The branches have too few points facing each other to fit a "
-                                                    "correlated noise: widen the error, or time a longer curve.")
-                                   : QStringLiteral(" Where the noise is correlated (photometry from the ground), "
-                                                    "tick \"Correlated noise\" and start again, or time a longer "
-                                                    "curve.");
+        d.tip += b.correlatedNoise || b.correlatedByBaseline
+                     ? QStringLiteral(" The branches have too few points facing each other to fit a "
+                                      "correlated noise: widen the error, or time a longer curve.")
+                     : QStringLiteral(" Where the noise is correlated (photometry from the ground), "
+                                      "tick \"Correlated noise\" and start again, or time a longer "
+                                      "curve.");
     }
     return d;
 }

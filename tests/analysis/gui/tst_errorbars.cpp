@@ -25,6 +25,8 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cmath>
+#include <random>
 
 using namespace dip;
 
@@ -309,6 +311,56 @@ private Q_SLOTS:
         const QString tip = t->item(0, 8)->toolTip();
         QVERIFY2(tip.contains(QLatin1String("too few points facing each other")), qPrintable(tip));
         QVERIFY(!tip.contains(QLatin1String("tick \"Correlated noise\"")));
+    }
+
+    // A curve whose light beside the dip drifts slowly (noise correlated over ten points, four
+    // times the white part), timed by Kwee and van Woerden over the whole dip: the baseline
+    // beside it is judged, found correlated, and the noise taken so without the box ticked; the
+    // noise column says where that came from. Ticked, the observer's word is the reason.
+    void aCorrelatedBaselineTakesTheNoiseAsCorrelated()
+    {
+        std::mt19937_64 engine(5);
+        auto normal = [&engine] {
+            const double u = (double(engine() >> 11) + 0.5) / 9007199254740992.0;
+            const double v = double(engine() >> 11) / 9007199254740992.0;
+            return std::sqrt(-2 * std::log(u)) * std::cos(6.283185307179586 * v);
+        };
+        QByteArray csv = "HJD,Mag\n";
+        double slow = 0.02 * normal();
+        for (int i = 0; i < 151; ++i) {
+            const double x = i / 150.0;
+            slow = 0.9 * slow + std::sqrt(1 - 0.81) * 0.02 * normal();
+            const double depth = std::abs(x - 0.5) < 0.1 ? 0.8 * (1 - std::pow((x - 0.5) / 0.1, 2)) : 0;
+            csv += QByteArray::number(x, 'f', 6) + ',' +
+                   QByteArray::number(10 + depth + 0.005 * normal() + slow, 'f', 5) + '\n';
+        }
+        QVERIFY(test::loadText(csv));
+        ReplayRequest kwee;
+        kwee.clicks = {0.38, 0.62};
+        publishOne(4, kwee);
+
+        ErrorBarsWindow w;
+        runToTheEnd(w, 40);
+        QVERIFY(w.result());
+        QVERIFY(w.result()->baseline.judged);
+        QVERIFY2(w.result()->baseline.correlated, qPrintable(QString::number(w.result()->baseline.lag1)));
+        const BootstrapResult found = w.result()->rows.front().bootstrap;
+        QVERIFY(found.correlatedByBaseline);
+        QVERIFY(!found.correlatedNoise);
+        const QTableWidget* t = w.table();
+        QVERIFY2(cell(t, 0, 8).endsWith(QLatin1String(" (baseline)")), qPrintable(cell(t, 0, 8)));
+        QVERIFY(t->item(0, 8)->toolTip().contains(QLatin1String("the light beside the dip")));
+
+        w.correlatedNoiseBox()->setChecked(true);
+        QSignalSpy finished(&w, &ErrorBarsWindow::finished);
+        QTest::mouseClick(w.startButton(), Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
+        const BootstrapResult& told = w.result()->rows.front().bootstrap;
+        QVERIFY(told.correlatedNoise);
+        QVERIFY(!told.correlatedByBaseline);
+        QVERIFY(!cell(t, 0, 8).contains(QLatin1String("(baseline)")));
+        // The same noise taken as correlated either way: the same digits.
+        QCOMPARE(told.error, found.error);
     }
 
     // The bisectors of chords on a noiseless dip whose right branch lacks the nine points
