@@ -46,6 +46,15 @@ CurveData curveWith(int n, double rho, std::uint64_t seed, double dip = 0.5)
     return CurveData::from(t, m);
 }
 
+// A request that picked the points first..last.
+MethodRequest picked(int first, int last)
+{
+    MethodRequest r;
+    r.first = rt::Integer(first);
+    r.last = rt::Integer(last);
+    return r;
+}
+
 // The share of 400 curves whose baseline is called correlated.
 double shareCalledCorrelated(int n, double rho)
 {
@@ -177,20 +186,12 @@ private Q_SLOTS:
     void theDipIsWhereTheRangesReach()
     {
         const CurveData c = curveWith(101, 0, 1);
-        MethodRequest parabola;
-        parabola.first = 45;
-        parabola.last = 57;
-        MethodRequest chords;
-        chords.first = 30;
-        chords.last = 40;
+        const MethodRequest parabola = picked(45, 57);
+        MethodRequest chords = picked(30, 40);
         chords.first2 = 62;
         chords.last2 = 75;
-        MethodRequest outside;
-        outside.first = 90;
-        outside.last = 102;
-        MethodRequest empty;
-        empty.first = 20;
-        empty.last = 19;
+        const MethodRequest outside = picked(90, 102);
+        const MethodRequest empty = picked(20, 19);
         const std::optional<TimeSpan> dip = DipExtent(c.view(), {parabola, chords, outside, empty, MethodRequest()});
         QVERIFY(dip.has_value());
         QCOMPARE(dip->start, 0.29);
