@@ -419,7 +419,7 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
         } else {
             const MethodResult r = MethodOfRow(row).compute(c.view(), requestOf(row, picks));
             MethodBootstrapOptions o = bootstrapOptions(first, replicates);
-            o.baseline = baselineOf(first, picks);
+            o.baselineCorrelated = baselineOf(first, picks).correlated;
             const BootstrapResult b = BootstrapMethod(row, c.view(), requestOf(row, picks), r, o);
             said = b.error;
             off = r.time - first.truth;
@@ -528,7 +528,7 @@ int main(int argc, char** argv)
                 }
                 r.own.add(fitted.time, e.truth, fitted.error);
                 MethodBootstrapOptions options = bootstrapOptions(e, replicates);
-                options.baseline = baseline;
+                options.baselineCorrelated = baseline.correlated;
                 options.seed = seed + std::uint64_t(k);
                 const BootstrapResult b = BootstrapMethod(row, curve.view(), request, fitted, options);
                 const double error = b.valid() ? b.error : NAN;

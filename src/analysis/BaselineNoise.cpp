@@ -2,6 +2,8 @@
 // Copyright (c) the Dipscope developers
 #include "analysis/BaselineNoise.h"
 
+#include "analysis/EclipseWindow.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -68,17 +70,14 @@ BaselineNoise JudgeBaselineNoise(const Curve& curve, double dipStart, double dip
     const double width = dipEnd - dipStart;
     if (!(width > 0))
         return out;
-    std::vector<double> before, beforeM, after, afterM, spacings;
-    double previous = 0, faintest = 0, brightest = 0;
-    bool any = false, inDip = false;
+    std::vector<double> before, beforeM, after, afterM, times;
+    double faintest = 0, brightest = 0;
+    bool inDip = false;
     for (int i = 1; i <= curve.n; ++i) {
         const double t = curve.t(i);
         if (t < dipStart - width || t > dipEnd + width)
             continue;
-        if (any)
-            spacings.push_back(std::abs(t - previous));
-        previous = t;
-        any = true;
+        times.push_back(t);
         if (t >= dipStart && t <= dipEnd) {
             faintest = inDip ? std::max(faintest, double(curve.m(i))) : curve.m(i);
             brightest = inDip ? std::min(brightest, double(curve.m(i))) : curve.m(i);
@@ -91,10 +90,7 @@ BaselineNoise JudgeBaselineNoise(const Curve& curve, double dipStart, double dip
             afterM.push_back(curve.m(i));
         }
     }
-    if (spacings.empty())
-        return out;
-    std::nth_element(spacings.begin(), spacings.begin() + std::ptrdiff_t(spacings.size() / 2), spacings.end());
-    const double gap = gapInSpacings * spacings[spacings.size() / 2];
+    const double gap = gapInSpacings * medianCadence(times);
     const double depth = faintest - brightest;
     SideSums s;
     addSide(before, beforeM, gap, depth, s);

@@ -21,7 +21,7 @@
 // often than the level says), against 1.645 / sqrt(pairs), the one-sided 5 % level of white noise.
 // At least eight pairs are needed to judge. On simulated eclipses with a baseline of 0.1 to 1.5
 // times the dip's half-duration on each side (30 to 1000 points, noise correlated over 2 to 8
-// spacings), it called white noise correlated on 15 of 273 it judged and correlated noise on 177
+// spacings), it called white noise correlated on 15 of 273 it judged and correlated noise on 178
 // of 281.
 
 #include "methods/MethodRegistry.h"

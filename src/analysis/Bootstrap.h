@@ -100,8 +100,9 @@ struct BootstrapSetup {
     // residuals are drawn from its fitted covariance (or from an autoregression, the sieve)
     // instead of in blocks.
     std::optional<double> noiseCentre;
-    // The observer knows the noise is correlated: the differences' covariance is fitted among
-    // correlated models only (fitNoiseCovariance's knownCorrelated).
+    // The noise is known to be correlated (the observer says so, or the baseline beside the dip
+    // showed it): the differences' covariance is fitted among correlated models only
+    // (fitNoiseCovariance's knownCorrelated).
     bool correlatedNoise = false;
     // The noise's covariance where it is known, as a simulation knows its own: the replicates'
     // noise is drawn from it, normal, in place of the noise measured on the curve. What the
@@ -147,12 +148,13 @@ struct BootstrapResult {
     // The noise's covariance fitted to the reflected differences (with a noise centre); the
     // residuals came from it where it is correlated.
     NoiseCovariance noiseCovariance;
-    int arOrder = 0;                   // order of the autoregression fitted to the reflected differences
-    double noiseRms = 0;               // of the residuals of all the used points (with a noise centre)
-    int points = 0;                    // the used points the noise was judged on
-    bool correlatedNoise = false;      // the noise was taken as correlated, as the observer said
-    bool correlatedByBaseline = false; // ... as the curve's baseline beside the dip showed (MethodBootstrap)
-    bool noiseGiven = false;           // the noise's covariance was given (BootstrapSetup::knownNoise), not measured
+    int arOrder = 0;              // order of the autoregression fitted to the reflected differences
+    double noiseRms = 0;          // of the residuals of all the used points (with a noise centre)
+    int points = 0;               // the used points the noise was judged on
+    bool correlatedNoise = false; // the noise was taken as correlated (BootstrapSetup::correlatedNoise)
+    bool correlatedByBaseline =
+        false;               // because the baseline beside the dip showed it, not the observer (MethodBootstrap)
+    bool noiseGiven = false; // the noise's covariance was given (BootstrapSetup::knownNoise), not measured
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
     // How far the replicates' mean lies from the time they were drawn about, and the error with

@@ -161,7 +161,8 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
         setup.replicates = options.replicates;
         setup.seed = options.seed;
         setup.threads = options.threads;
-        const bool byBaseline = options.baseline.correlated && !options.correlatedNoise && !options.knownNoise;
+        // The observer's word and a given noise come before what the baseline showed.
+        const bool byBaseline = options.baselineCorrelated && !options.correlatedNoise && !options.knownNoise;
         setup.correlatedNoise = options.correlatedNoise || byBaseline;
         setup.knownNoise = options.knownNoise;
 
@@ -192,7 +193,6 @@ BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest
             return std::nullopt;
         };
         BootstrapResult result = runBootstrap(setup, run, progress, cancel);
-        result.correlatedNoise = options.correlatedNoise;
         result.correlatedByBaseline = byBaseline;
         return result;
     } catch (const std::bad_alloc&) {

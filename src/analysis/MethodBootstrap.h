@@ -31,7 +31,6 @@
 // sliding integrations that slid off the dip across a gap) gets no error: its replicates repeat
 // the same mistake and would agree on it closely.
 
-#include "analysis/BaselineNoise.h"
 #include "analysis/Bootstrap.h"
 #include "methods/MethodRegistry.h"
 #include "session/Curve.h"
@@ -49,9 +48,9 @@ struct MethodBootstrapOptions {
     int threads = 0;                           // 0: every core; the batch passes 1 (it runs one eclipse per thread)
     bool correlatedNoise = false;              // the observer knows the noise is correlated (BootstrapSetup)
     std::optional<NoiseCovariance> knownNoise; // the noise's own covariance (BootstrapSetup)
-    // What the curve's baseline beside the dip showed (BaselineNoise.h): where it showed the
-    // noise correlated, it is taken as correlated, as the observer's word would take it.
-    BaselineNoise baseline;
+    // The curve's baseline beside the dip showed the noise correlated (BaselineNoise.h): it is
+    // taken as correlated, as the observer's word takes it, unless that word or a given noise is there.
+    bool baselineCorrelated = false;
 };
 
 // Re-runs row's compute on `replicates` resampled copies of curve (the magnitudes of the

@@ -122,7 +122,7 @@ PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstra
     if (const std::optional<TimeSpan> dip = DipExtent(curve, requests))
         out.baseline = JudgeBaselineNoise(curve, dip->start, dip->end);
     MethodBootstrapOptions judged = options;
-    judged.baseline = out.baseline;
+    judged.baselineCorrelated = out.baseline.correlated;
     for (const PublishedRowJob& r : job.rows) {
         PublishedRowErrors e;
         e.row = r.row;

@@ -12,6 +12,7 @@
 // of the rows ticked "Use in Mean?" with their bootstrap errors as weights (a row without a
 // bootstrap, the tracing paper, brings its own error).
 
+#include "analysis/BaselineNoise.h"
 #include "analysis/MethodBootstrap.h"
 #include "analysis/WeightedMean.h"
 #include "methods/MethodRegistry.h"
@@ -81,7 +82,7 @@ struct PublishedErrors {
 int PublishedReplicates(const PublishedJob& job, int replicates);
 
 // Runs each row's bootstrap in turn, the noise judged on the baseline beside the rows' ranges
-// first (options.baseline is replaced by that); progress(done, total) counts the replicates of all rows.
+// first (options.baselineCorrelated is replaced by that); progress(done, total) counts the replicates of all rows.
 PublishedErrors BootstrapPublished(const PublishedJob& job, const MethodBootstrapOptions& options,
                                    const std::function<void(int done, int total)>& progress = {},
                                    const std::atomic<bool>* cancel = nullptr);

@@ -228,6 +228,37 @@ private Q_SLOTS:
         QVERIFY(BootstrapMethod(row, c.view(), request, fitted, o).error != one.error);
     }
 
+    // What the baseline showed takes the noise as correlated, the same way the observer's word
+    // does (the same digits), but neither over the observer's word nor over a given noise.
+    void aCorrelatedBaselineComesAfterTheObserverAndAGivenNoise()
+    {
+        const CurveData c = gaussianCurve(0.01, 5);
+        const MethodRequest request = requestFor(4);
+        const MethodResult fitted = MethodOfRow(4).compute(c.view(), request);
+        MethodBootstrapOptions o;
+        o.replicates = 30;
+        o.threads = 1;
+        const BootstrapResult plain = BootstrapMethod(4, c.view(), request, fitted, o);
+        QVERIFY(!plain.correlatedNoise && !plain.correlatedByBaseline);
+
+        o.baselineCorrelated = true;
+        const BootstrapResult byBaseline = BootstrapMethod(4, c.view(), request, fitted, o);
+        QVERIFY(byBaseline.correlatedNoise && byBaseline.correlatedByBaseline);
+
+        o.correlatedNoise = true;
+        const BootstrapResult told = BootstrapMethod(4, c.view(), request, fitted, o);
+        QVERIFY(told.correlatedNoise && !told.correlatedByBaseline);
+        QCOMPARE(told.times, byBaseline.times);
+
+        o.correlatedNoise = false;
+        NoiseCovariance known;
+        known.white = 1e-4;
+        o.knownNoise = known;
+        const BootstrapResult given = BootstrapMethod(4, c.view(), request, fitted, o);
+        QVERIFY(given.noiseGiven);
+        QVERIFY(!given.correlatedNoise && !given.correlatedByBaseline);
+    }
+
     // Two TESS eclipses of CM Dra with published minima (Deeg 2021: complete, and with the
     // ingress cut): each method's time lies within three of its bootstrap error and the
     // published one together of the published minimum, and that error is no absurd one (between

@@ -90,10 +90,6 @@ CellText describeNoise(const BootstrapResult& b)
         d.text = QStringLiteral("correlated, tau %1 d").arg(b.noiseCovariance.tau, 0, 'g', 2);
         d.tip = QStringLiteral("Drawn from white noise plus noise correlated over tau, fitted to the differences "
                                "between the branches.");
-        if (b.correlatedNoise)
-            d.tip += QStringLiteral(" Taken as correlated, as \"Correlated noise\" says.");
-        if (b.correlatedByBaseline)
-            d.tip += baselineTip;
     } else if (b.sieve) {
         d.text = QStringLiteral("autoregression");
         d.tip = QStringLiteral("Drawn from an autoregression fitted to the differences between the branches.");
@@ -105,8 +101,13 @@ CellText describeNoise(const BootstrapResult& b)
         d.text = QStringLiteral("white");
         d.tip = QStringLiteral("The residuals about a smooth model, resampled one by one.");
     }
-    if (b.correlatedByBaseline)
+    // Why it was taken as correlated, whether or not a correlated model could be fitted.
+    if (b.correlatedByBaseline) {
         d.text += QStringLiteral(" (baseline)");
+        d.tip += baselineTip;
+    } else if (b.correlatedNoise) {
+        d.tip += QStringLiteral(" Taken as correlated, as \"Correlated noise\" says.");
+    }
     if (b.unmodelledOnFewPoints()) {
         d.text += QStringLiteral(" (few points)");
         d.tip += QStringLiteral(" The noise was judged on %1 points, too few to see slow noise: on simulated curves "
@@ -114,14 +115,13 @@ CellText describeNoise(const BootstrapResult& b)
                                 "were 1.4 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.3 times.")
                      .arg(b.points)
                      .arg(BootstrapResult::fewPointsForTheNoise);
-        // Ticked, the box did what it could: too few differences between the branches to fit
-        // any model of the noise.
-        d.tip += b.correlatedNoise || b.correlatedByBaseline
-                     ? QStringLiteral(" The branches have too few points facing each other to fit a "
-                                      "correlated noise: widen the error, or time a longer curve.")
-                     : QStringLiteral(" Where the noise is correlated (photometry from the ground), "
-                                      "tick \"Correlated noise\" and start again, or time a longer "
-                                      "curve.");
+        // Taken as correlated (ticked, or by the baseline), that did what it could: too few
+        // differences between the branches to fit any model of the noise.
+        d.tip += b.correlatedNoise ? QStringLiteral(" The branches have too few points facing each other to fit a "
+                                                    "correlated noise: widen the error, or time a longer curve.")
+                                   : QStringLiteral(" Where the noise is correlated (photometry from the ground), "
+                                                    "tick \"Correlated noise\" and start again, or time a longer "
+                                                    "curve.");
     }
     return d;
 }
