@@ -4,14 +4,15 @@
 // method with a fit, with ranges picked as an observer picks them, and for each error (the
 // method's own, the bootstrap's, Deeg's for Kwee and van Woerden) the pulls
 // (time - truth) / error are collected. An error that is right gives pulls of standard
-// deviation 1; 2 means it is half what it should be. The bootstrap's pulls are also given for
-// the eclipses without a gap alone and with half the width from its 16th to its 84th percentile
-// as the error, and in a second table for curves of fewer points than
-// BootstrapResult::fewPointsForTheNoise (all of them, and those whose noise was not found
-// correlated) and of more; a third table splits the bisectors of chords by whether a chord's
-// crossing is read across a gap (ChordGaps), and gives for those the pulls of the error with the
-// replicates' shift from the time added (BootstrapResult::errorWithShift), the caution's, and
-// every eclipse's with the error the window advises.
+// deviation 1; 2 means it is half what it should be. The bootstrap's error is the one the
+// program advises (AdvisedBootstrapError: for the bisectors of chords with the replicates' shift
+// from the time). Its pulls are also given for the eclipses without a gap alone and with half
+// the width from its 16th to its 84th percentile as the error, and in a second table for curves
+// of fewer points than BootstrapResult::fewPointsForTheNoise (all of them, and those whose noise
+// was not found correlated) and of more; a third table splits the bisectors of chords by whether
+// a chord's crossing is read across a gap (ChordGaps), each with the replicates' spread alone as
+// the error and with their shift from the time added (BootstrapResult::errorWithShift), and
+// gives every eclipse's pull with the spread alone.
 //
 // The eclipses: Gaussian-like and flat-bottomed dips of 0.1 to 1 magnitude, 30 to 1000 points
 // (log-uniform) over 1.1 to 2.5 half-durations on each side, sampled evenly, with jitter or at
@@ -340,9 +341,9 @@ struct Row {
     // The bisectors of chords: eclipses with a chord whose crossing is read across a gap
     // (ChordGaps), and the others.
     Pulls bootstrapAcrossAGap, bootstrapNoneAcross;
-    // The first with the replicates' shift from the time added to the error (the caution's),
-    // and every eclipse with the error the window advises: that one where a chord is across.
-    Pulls acrossAGapWithShift, chordsAsAdvised;
+    // The same with the replicates' shift from the time added to the error (the one advised),
+    // and every eclipse with the spread alone.
+    Pulls acrossAGapWithShift, noneAcrossWithShift, chordsSpread;
     int failures = 0;
 };
 
@@ -421,7 +422,7 @@ void studyEclipse(Family family, std::uint64_t seed, std::uint64_t index, const 
             MethodBootstrapOptions o = bootstrapOptions(first, replicates);
             o.baselineCorrelated = baselineOf(first, picks).correlated;
             const BootstrapResult b = BootstrapMethod(row, c.view(), requestOf(row, picks), r, o);
-            said = b.error;
+            said = AdvisedBootstrapError(row, b, r.time);
             off = r.time - first.truth;
             std::printf("   %-26s bias %+.3g  sd %.3g  | this draw %+.3g, own %.3g, bootstrap %.3g (L %d, k %d, "
                         "model %.3g + %.3g (tau %.3g), mean %+.3g, rms/noise %.2f, lag1 %.2f, ar %d%s, noise rms/noise "
@@ -531,7 +532,9 @@ int main(int argc, char** argv)
                 options.baselineCorrelated = baseline.correlated;
                 options.seed = seed + std::uint64_t(k);
                 const BootstrapResult b = BootstrapMethod(row, curve.view(), request, fitted, options);
-                const double error = b.valid() ? b.error : NAN;
+                // The error the program advises (for the chords with the replicates' shift); the
+                // chords' plain spread goes to the third table.
+                const double error = b.valid() ? AdvisedBootstrapError(row, b, fitted.time) : NAN;
                 r.bootstrap.add(fitted.time, e.truth, error);
                 r.percentiles.add(fitted.time, e.truth, b.valid() ? (b.p84 - b.p16) / 2 : NAN);
                 if (!e.gap)
@@ -543,19 +546,18 @@ int main(int argc, char** argv)
                 if (row == ChordsRow) {
                     const ChordGaps gaps = FindChordGaps(curve.t, curve.m, curve.n, request.first, request.last,
                                                          request.first2, request.last2);
-                    (gaps.any() ? r.bootstrapAcrossAGap : r.bootstrapNoneAcross).add(fitted.time, e.truth, error);
-                    const double advised = gaps.any() && b.valid() ? b.errorWithShift(fitted.time) : error;
-                    if (gaps.any())
-                        r.acrossAGapWithShift.add(fitted.time, e.truth, advised);
-                    r.chordsAsAdvised.add(fitted.time, e.truth, advised);
+                    const double spread = b.valid() ? b.error : NAN;
+                    (gaps.any() ? r.bootstrapAcrossAGap : r.bootstrapNoneAcross).add(fitted.time, e.truth, spread);
+                    (gaps.any() ? r.acrossAGapWithShift : r.noneAcrossWithShift).add(fitted.time, e.truth, error);
+                    r.chordsSpread.add(fitted.time, e.truth, spread);
                 }
-                const double pull = (fitted.time - e.truth) / b.error;
+                const double pull = (fitted.time - e.truth) / error;
                 if (outliers > 0 && b.valid() && std::abs(pull) > outliers)
                     std::printf("  pull %+7.1f  row %d  eclipse %llu: %s, n %zu, sampling %d%s, noise %.3g + red %.3g "
                                 "(tau %.1f), depth %.3g | bootstrap %.3g, shift %+.3g, L %d, ar %d, rms/noise %.2f, "
                                 "noise rms/noise %.2f\n",
                                 pull, row, (unsigned long long)index, e.flat ? "flat" : "gauss", e.t.size(), e.sampling,
-                                e.gap ? " gap" : "", e.sigma, e.red, e.tau, e.depth, b.error, b.mean - fitted.time,
+                                e.gap ? " gap" : "", e.sigma, e.red, e.tau, e.depth, error, b.mean - fitted.time,
                                 b.blockLength, b.arOrder, b.residualRms / std::hypot(e.sigma, e.red),
                                 b.noiseRms / std::hypot(e.sigma, e.red));
                 if (row == 4) {
@@ -570,7 +572,7 @@ int main(int argc, char** argv)
                             "Kwee's pull %+.1f\n",
                             deegPull, (unsigned long long)index, e.flat ? "flat" : "gauss", e.t.size(), e.sampling,
                             e.gap ? " gap" : "", e.sigma, e.red, e.tau, e.depth, g.error, g.noise / e.sigma,
-                            g.redNoiseFactor, g.pairs, (fitted.time - e.truth) / b.error);
+                            g.redNoiseFactor, g.pairs, (fitted.time - e.truth) / error);
                 }
             }
         }
@@ -615,15 +617,16 @@ int main(int argc, char** argv)
                         qPrintable(counted(r.bootstrapMany)));
         }
     std::printf("\nThe bisectors of chords' bootstrap pulls: with a chord read across a gap wider than %g median "
-                "spacings, and without\n",
+                "spacings, and without; the spread alone and with the shift\n",
                 ChordGaps::gapSpacings);
-    std::printf("%-26s %-11s %-16s %-20s %-16s %s\n", "method", "noise", "across a gap", "with the shift",
-                "none across", "all, as advised");
+    std::printf("%-26s %-11s %-16s %-16s %-16s %-16s %s\n", "method", "noise", "across a gap", "with the shift",
+                "none across", "with the shift", "all, the spread alone");
     for (const auto& [name, table] : tables) {
         const Row& r = table.at(ChordsRow);
-        std::printf("%-26s %-11s %-16s %-20s %-16s %s\n", MethodOfRow(ChordsRow).title, name,
+        std::printf("%-26s %-11s %-16s %-16s %-16s %-16s %s\n", MethodOfRow(ChordsRow).title, name,
                     qPrintable(counted(r.bootstrapAcrossAGap)), qPrintable(counted(r.acrossAGapWithShift)),
-                    qPrintable(counted(r.bootstrapNoneAcross)), qPrintable(counted(r.chordsAsAdvised)));
+                    qPrintable(counted(r.bootstrapNoneAcross)), qPrintable(counted(r.noneAcrossWithShift)),
+                    qPrintable(counted(r.chordsSpread)));
     }
     std::printf("(%.0f s)\n", double(timer.elapsed()) / 1000);
     return 0;

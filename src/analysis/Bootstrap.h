@@ -159,9 +159,10 @@ struct BootstrapResult {
     bool valid() const { return problem.isEmpty() && successes >= 2; }
     // How far the replicates' mean lies from the time they were drawn about, and the error with
     // that shift added in quadrature. A method whose time is biased the same way on every curve
-    // of this sampling (a chord read across a gap) repeats the bias on the replicates, drawn
-    // about a model centred on its time: their mean moves off that time by about as much as the
-    // time is off the truth, which their spread cannot show.
+    // of this sampling (a chord's crossing read between two points, most of all across a gap)
+    // repeats the bias on the replicates, drawn about a model centred on its time: their mean
+    // moves off that time by about as much as the time is off the truth, which their spread
+    // cannot show.
     double shift(double time) const { return mean - time; }
     double errorWithShift(double time) const
     {

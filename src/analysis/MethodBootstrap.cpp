@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <limits>
 #include <new>
 
 namespace dip {
@@ -128,6 +129,13 @@ BootstrapResult refused(int replicates, const QString& problem)
 bool HasBootstrap(int row)
 {
     return row == ParabolaRow || row == ChordsRow || row == KweeRow || row == FourierRow || row == SlidingRow;
+}
+
+double AdvisedBootstrapError(int row, const BootstrapResult& bootstrap, double time)
+{
+    if (!bootstrap.valid())
+        return std::numeric_limits<double>::quiet_NaN();
+    return row == ChordsRow ? bootstrap.errorWithShift(time) : bootstrap.error;
 }
 
 BootstrapResult BootstrapMethod(int row, const Curve& curve, const MethodRequest& request, const MethodResult& fitted,

@@ -7,6 +7,8 @@
 #include "session/MainForm.h"
 #include "session/Session.h"
 
+#include <QStringList>
+
 #include <cmath>
 
 namespace dip {
@@ -95,7 +97,7 @@ WeightedMean BootstrapWeightedMean(const std::vector<PublishedRowErrors>& rows)
             continue;
         if (r.hasBootstrap && !r.bootstrap.valid())
             return WeightedMean();
-        pairs.emplace_back(r.time, r.hasBootstrap ? r.bootstrap.error : r.error);
+        pairs.emplace_back(r.time, r.hasBootstrap ? r.advisedError() : r.error);
     }
     return weightedMean(pairs);
 }
@@ -180,23 +182,22 @@ QString replicatesText(const BootstrapResult& b)
 
 QString chordGapsText(const ChordGaps& gaps, double errorWithShift)
 {
-    if (!gaps.any())
-        return QString();
-    QString text = QStringLiteral("%1 of %2 chords across a gap").arg(gaps.acrossAGap).arg(gaps.chords);
+    QStringList parts;
+    if (gaps.any())
+        parts << QStringLiteral("%1 of %2 chords across a gap").arg(gaps.acrossAGap).arg(gaps.chords);
     if (std::isfinite(errorWithShift))
-        text += QStringLiteral("; error with the shift ") + errorBarText(errorWithShift);
-    return text;
+        parts << QStringLiteral("error with the shift ") + errorBarText(errorWithShift);
+    return parts.join(QStringLiteral("; "));
 }
 
 QString chordGapsText(const PublishedRowErrors& row)
 {
-    return row.chordGaps ? chordGapsText(*row.chordGaps, row.errorWithShift()) : QString();
+    return row.chordGaps ? chordGapsText(*row.chordGaps, row.advisedError()) : QString();
 }
 
-double PublishedRowErrors::errorWithShift() const
+double PublishedRowErrors::advisedError() const
 {
-    return hasBootstrap && bootstrap.valid() ? bootstrap.errorWithShift(fitted.time)
-                                             : std::numeric_limits<double>::quiet_NaN();
+    return hasBootstrap ? AdvisedBootstrapError(row, bootstrap, fitted.time) : std::numeric_limits<double>::quiet_NaN();
 }
 
 } // namespace dip

@@ -60,9 +60,9 @@ struct PublishedRowErrors {
     std::optional<DeegKweeResult> deeg; // row 4
     std::optional<ChordGaps> chordGaps; // row 3: chords read across a gap, a bias the spread cannot show
 
-    // The bootstrap's error with its replicates' shift from the method's time (row 3 with chords
-    // across a gap), NaN without a valid bootstrap.
-    double errorWithShift() const;
+    // The bootstrap's error to believe (AdvisedBootstrapError: for the chords with the
+    // replicates' shift from the time), NaN without a valid bootstrap.
+    double advisedError() const;
     // The bootstrap's percentiles as offsets from the published time.
     double p16FromTime() const { return bootstrap.p16 + offset - time; }
     double p84FromTime() const { return bootstrap.p84 + offset - time; }
@@ -70,7 +70,7 @@ struct PublishedRowErrors {
 
 struct PublishedErrors {
     std::vector<PublishedRowErrors> rows;
-    // Over the ticked rows, bootstrap errors as weights; invalid when a ticked row has no
+    // Over the ticked rows, bootstrap errors (the advised ones) as weights; invalid when a ticked row has no
     // usable error.
     WeightedMean mean;
     // What the baseline beside the dip (as far as any row's range reaches) showed of the noise.
@@ -96,14 +96,15 @@ WeightedMean BootstrapWeightedMean(const std::vector<PublishedRowErrors>& rows);
 
 // The texts the Error bars window and the console tool show alike: an error to three
 // significant digits, an offset with its sign ("-" for either when it is not a number), and
-// the replicates run ("480 of 500, 20 failed"), and the chords read across a gap ("5 of 9
-// chords across a gap", then "; error with the shift 0.000341" where a bootstrap measured it;
-// empty where no chord is across).
+// the replicates run ("480 of 500, 20 failed"), and the chords' caution: the chords read across
+// a gap ("5 of 9 chords across a gap"), and the error to believe where a bootstrap measured it
+// ("error with the shift 0.000341"), joined by "; "; empty where neither is.
 QString errorBarText(double error);
 QString signedErrorBarText(double offset);
 QString replicatesText(const BootstrapResult& b);
 QString chordGapsText(const ChordGaps& gaps, double errorWithShift = std::numeric_limits<double>::quiet_NaN());
-// The caution of a published row: its chords across a gap, with the error that counts their bias.
+// The caution of a published row of the chords: its chords across a gap and the error that counts
+// their bias; empty for the other rows.
 QString chordGapsText(const PublishedRowErrors& row);
 
 } // namespace dip

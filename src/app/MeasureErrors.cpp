@@ -82,6 +82,9 @@ public:
             o.add(QStringLiteral("p84"), jsonNumber(b.valid() ? b.p84 + offset : NAN));
             o.add(QStringLiteral("n"), QString::number(b.successes));
             o.add(QStringLiteral("failures"), QString::number(b.failures));
+            // The chords' error to believe: with the replicates' shift from the time.
+            if (row.method == ChordsRow)
+                o.add(QStringLiteral("error_with_shift"), jsonNumber(r->advisedError()));
             if (!b.problem.isEmpty())
                 o.add(QStringLiteral("problem"), jsonString(b.problem));
             result.add(QStringLiteral("bootstrap"), o.text());

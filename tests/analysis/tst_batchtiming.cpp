@@ -584,6 +584,17 @@ void TestBatchTiming::chordsAcrossAGapAreCautioned()
 
     // The other methods carry no caution.
     QCOMPARE(runBatchMethod(gaussianWindow(true), 4).caution, QString());
+
+    // With a bootstrap, the chords' caution gives the error to believe even with no chord
+    // across a gap, and no other method's does.
+    const BatchBootstrap bootstrap{60, false};
+    const MethodOutcome noisy = runBatchMethod(gaussianWindow(false, 0.002, 1), 3, bootstrap);
+    QVERIFY(noisy.bootstrapError);
+    const QRegularExpressionMatch advised =
+        QRegularExpression(QStringLiteral("^error with the shift (\\S+)$")).match(noisy.caution);
+    QVERIFY2(advised.hasMatch(), qPrintable(noisy.caution));
+    QVERIFY(advised.captured(1).toDouble() >= 0.995 * *noisy.bootstrapError); // three digits
+    QCOMPARE(runBatchMethod(gaussianWindow(false, 0.002, 1), 4, bootstrap).caution, QString());
 }
 
 // The bias of chords across a gap (the noiseless window's time is 5e-5 d late) is as large as

@@ -259,6 +259,34 @@ private Q_SLOTS:
         QVERIFY(!given.correlatedNoise && !given.correlatedByBaseline);
     }
 
+    // The error to believe: the chords' with the replicates' shift from the time added in
+    // quadrature, every other method's the spread alone; none without a valid bootstrap.
+    void theChordsAdviseTheErrorWithTheShift_data() { methodRows(); }
+    void theChordsAdviseTheErrorWithTheShift()
+    {
+        QFETCH(int, row);
+        const CurveData c = gaussianCurve(0.01, 5);
+        const MethodRequest request = requestFor(row);
+        const MethodResult fitted = MethodOfRow(row).compute(c.view(), request);
+        MethodBootstrapOptions o;
+        o.replicates = 60;
+        o.threads = 1;
+        const BootstrapResult b = BootstrapMethod(row, c.view(), request, fitted, o);
+        QVERIFY(b.valid());
+        const double shift = b.mean - fitted.time;
+        QVERIFY(shift != 0);
+        const double advised = AdvisedBootstrapError(row, b, fitted.time);
+        if (row == ChordsRow) {
+            QCOMPARE(advised, std::sqrt(b.error * b.error + shift * shift));
+            QVERIFY(advised > b.error);
+        } else {
+            QCOMPARE(advised, b.error);
+        }
+        BootstrapResult none = b;
+        none.successes = 1;
+        QVERIFY(std::isnan(AdvisedBootstrapError(row, none, fitted.time)));
+    }
+
     // Two TESS eclipses of CM Dra with published minima (Deeg 2021: complete, and with the
     // ingress cut): each method's time lies within three of its bootstrap error and the
     // published one together of the published minimum, and that error is no absurd one (between

@@ -16,6 +16,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QStringList>
 #include <QTableWidget>
 #include <QThread>
 #include <QTimer>
@@ -126,25 +127,33 @@ CellText describeNoise(const BootstrapResult& b)
     return d;
 }
 
-// Chords whose crossing was read across a gap: how many, why the bootstrap error leaves it out,
-// and the error that counts it.
+// The chords' caution: the chords whose crossing was read across a gap, how many, and the error
+// to believe, with the replicates' shift from the time (AdvisedBootstrapError), and why.
 CellText describeChordGaps(const PublishedRowErrors& r)
 {
     CellText d;
-    if (!r.chordGaps || !r.chordGaps->any())
+    if (r.row != ChordsRow)
         return d;
     d.text = chordGapsText(r);
-    d.tip = QStringLiteral("These chords end on a crossing read by a straight line between two points up to %1 "
-                           "median spacings apart, across the curved branch: the time is off by more than the "
-                           "bootstrap's spread says, since every resampled curve has the same gap. On simulated "
-                           "eclipses such times were off by 1.7 times their bootstrap error.")
-                .arg(r.chordGaps->widest, 0, 'f', 0);
-    if (std::isfinite(r.errorWithShift()))
-        d.tip += QStringLiteral(" The resampled times repeat the bias: their mean lies %1 d from the time. The error "
-                                "with that shift added (in quadrature) was right on those eclipses; use it.")
-                     .arg(signedErrorBarText(r.bootstrap.shift(r.fitted.time)));
-    d.tip += QStringLiteral(" Better still, pick the stretches so that their chords end where the other branch has "
-                            "points.");
+    QStringList tip;
+    if (r.chordGaps && r.chordGaps->any())
+        tip << QStringLiteral("These chords end on a crossing read by a straight line between two points up to %1 "
+                              "median spacings apart, across the curved branch: the time is off by more than the "
+                              "bootstrap's spread says, since every resampled curve has the same gap. On simulated "
+                              "eclipses such times were off by 1.7 times their bootstrap error.")
+                   .arg(r.chordGaps->widest, 0, 'f', 0);
+    if (std::isfinite(r.advisedError()))
+        tip << QStringLiteral("Every chord ends on a crossing read by a straight line between two points, which cuts "
+                              "the curved branch: the crossing is off by an amount the sampling sets, differently on "
+                              "the two branches, and every resampled curve has the same sampling. The resampled "
+                              "times repeat that bias: their mean lies %1 d from the time. The error with that shift "
+                              "added (in quadrature) was right on simulated eclipses, where the bootstrap error "
+                              "alone was too small; use it. The weighted mean with the bootstrap errors does.")
+                   .arg(signedErrorBarText(r.bootstrap.shift(r.fitted.time)));
+    if (r.chordGaps && r.chordGaps->any())
+        tip << QStringLiteral("Better still, pick the stretches so that their chords end where the other branch has "
+                              "points.");
+    d.tip = tip.join(QLatin1Char(' '));
     return d;
 }
 

@@ -134,7 +134,7 @@ void windowPictures(dip::frmMain& window, const QString& folder)
 void toolkitPictures(const QString& folder)
 {
     dip::ErrorBarsWindow errorBars;
-    errorBars.resize(1080, 360);
+    errorBars.resize(1240, 360);
     errorBars.show();
     QEventLoop wait;
     QObject::connect(&errorBars, &dip::ErrorBarsWindow::finished, &wait, &QEventLoop::quit);

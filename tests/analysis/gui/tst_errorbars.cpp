@@ -382,7 +382,7 @@ private Q_SLOTS:
         const QTableWidget* t = w.table();
         QCOMPARE(t->horizontalHeaderItem(9)->text(), QStringLiteral("Caution"));
         // The error with the replicates' shift from the time beside it, three digits.
-        const double withShift = r.errorWithShift();
+        const double withShift = r.advisedError();
         const double shift = r.bootstrap.mean - r.fitted.time;
         QCOMPARE(r.bootstrap.shift(r.fitted.time), shift);
         QVERIFY(std::abs(shift) > 0);
@@ -397,7 +397,7 @@ private Q_SLOTS:
             QLatin1String("pick the stretches so that their chords end where the other branch has points.")));
 
         // The gap filled and the chords published again: a second run in the same window
-        // leaves the column empty, nothing kept from the first.
+        // names no gap, nothing kept from the first, and gives the error to believe alone.
         QVERIFY(test::loadText(test::csv(test::sixtyFourthsDip(99, 99))));
         publishOne(3, chords);
         runToTheEnd(w, 20);
@@ -406,7 +406,10 @@ private Q_SLOTS:
         QCOMPARE(w.result()->rows.front().chordGaps->acrossAGap, 0);
         QCOMPARE(t->rowCount(), 1);
         QVERIFY(cell(t, 0, 3) != QLatin1String("none"));
-        QVERIFY(cell(t, 0, 9).isEmpty());
+        const PublishedRowErrors& filled = w.result()->rows.front();
+        QCOMPARE(cell(t, 0, 9), QStringLiteral("error with the shift ") + errorBarText(filled.advisedError()));
+        QVERIFY(!t->item(0, 9)->toolTip().contains(QLatin1String("median spacings apart")));
+        QVERIFY(t->item(0, 9)->toolTip().contains(QLatin1String("every resampled curve has the same sampling")));
     }
 
     void cancelStopsTheRunAndTheEventLoopTurnsMeanwhile()
