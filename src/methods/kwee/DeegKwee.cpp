@@ -32,6 +32,19 @@ double interpolate(const std::vector<double>& t, const std::vector<double>& m, d
     return m[j] + (m[j + 1] - m[j]) * w;
 }
 
+// Wider than this many median spacings between two points is a gap (as for the chords: a random
+// sampling leaves a spacing as wide about once in 250).
+constexpr double gapSpacings = 8;
+
+// Whether x falls between two times (the end segments reach the ends) more than gap apart.
+bool readAcrossAGap(const std::vector<double>& t, double x, double gap)
+{
+    const auto above = std::upper_bound(t.begin(), t.end(), x);
+    std::size_t j = above == t.begin() ? 0 : static_cast<std::size_t>(above - t.begin()) - 1;
+    j = std::min(j, t.size() - 2);
+    return t[j + 1] - t[j] > gap;
+}
+
 // The slope of the light curve between t[j] and t[j + 1]: of the least-squares line through them
 // and reach more points on each side. Between two neighbours alone it is mostly noise where the
 // points are dense.
@@ -67,7 +80,7 @@ double smoothSlope(const std::vector<double>& t, const std::vector<double>& m, s
 // hides most of the slow noise from any measure taken on the d alone. The factor is
 // sqrt(sum_k w_k v'C_k v / (sigma^2 v'v)), at least 1.
 double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m, std::size_t lo, std::size_t hi,
-                      double T, double sigma, double spacing)
+                      double T, double sigma, double spacing, double gap)
 {
     const std::size_t n = t.size();
     const std::size_t reach = std::max<std::size_t>(2, n / slopeReachDivisor);
@@ -81,6 +94,8 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
         if (t[i] == T || j == i || j + 1 == i)
             continue;
         const double dt = t[j + 1] - t[j];
+        if (dt > gap)
+            continue;
         const double w = dt > 0 ? (x - t[j]) / dt : 0.5;
         NoiseContrast k;
         k.times = {t[i], t[j], t[j + 1]};
@@ -156,16 +171,36 @@ double median(std::vector<double> v)
 struct FoldFit {
     bool valid = false;
     int pairs = 0;
-    std::size_t lo = 0, hi = 0; // the points reflected: lo .. hi - 1
+    std::size_t lo = 0, hi = 0;    // the points within reach: lo .. hi - 1
+    std::vector<std::size_t> used; // of them, those reflected at every fold onto points, not a gap
     std::vector<double> sums;
     double a = 0, b = 0, c = 0;
 };
 
 class Folds {
 public:
-    Folds(const std::vector<double>& t, const std::vector<double>& m, int folds, double fraction)
-        : m_t(t), m_m(m), m_half(folds / 2), m_fraction(fraction)
+    Folds(const std::vector<double>& t, const std::vector<double>& m, int folds, double fraction, double gap)
+        : m_t(t), m_m(m), m_half(folds / 2), m_fraction(fraction), m_gap(gap)
     {}
+
+    // Whether x falls between two points further apart than a gap: the straight line between
+    // them cuts the curved branch, and a difference read there is the curve's miss, the same
+    // on every noise, not the noise.
+    bool acrossAGap(double x) const { return readAcrossAGap(m_t, x, m_gap); }
+
+    // The points lo .. hi - 1 whose reflections about every time of times fall between points.
+    std::vector<std::size_t> reflected(std::size_t lo, std::size_t hi, const std::vector<double>& times) const
+    {
+        std::vector<std::size_t> used;
+        for (std::size_t i = lo; i < hi; ++i) {
+            bool ok = true;
+            for (const double T : times)
+                ok = ok && !acrossAGap(2 * T - m_t[i]);
+            if (ok)
+                used.push_back(i);
+        }
+        return used;
+    }
 
     // The points within f d - 2D of centre, D = half h the distance of the outer folds: a point
     // w from the centre reflects about a fold j h away to w + 2 j h on the other side.
@@ -180,10 +215,10 @@ public:
         return {static_cast<std::size_t>(lo - m_t.begin()), static_cast<std::size_t>(hi - m_t.begin())};
     }
 
-    double sum(std::size_t lo, std::size_t hi, double T) const
+    double sum(const std::vector<std::size_t>& used, double T) const
     {
         double s = 0;
-        for (std::size_t i = lo; i < hi; ++i) {
+        for (const std::size_t i : used) {
             const double d = m_m[i] - interpolate(m_t, m_m, 2 * T - m_t[i]);
             s += d * d;
         }
@@ -202,12 +237,17 @@ public:
         FoldFit f;
         f.lo = lo;
         f.hi = hi;
-        f.pairs = static_cast<int>(hi - lo);
+        // The same points at every fold, so that the sums differ by the light curve alone.
+        std::vector<double> times;
+        for (int j = -m_half; j <= m_half; ++j)
+            times.push_back(centre + j * h);
+        f.used = reflected(lo, hi, times);
+        f.pairs = static_cast<int>(f.used.size());
         if (f.pairs < 3)
             return f;
         double n = 0, su2 = 0, su4 = 0, sS = 0, suS = 0, su2S = 0;
         for (int j = -m_half; j <= m_half; ++j) {
-            const double S = sum(lo, hi, centre + j * h);
+            const double S = sum(f.used, centre + j * h);
             f.sums.push_back(S);
             const double u = j;
             n += 1;
@@ -232,6 +272,7 @@ private:
     const std::vector<double>& m_m;
     int m_half;
     double m_fraction;
+    double m_gap;
 };
 
 // The start: of the observed times in the faint half of the dip (magnitudes averaged over two
@@ -275,7 +316,10 @@ bool locate(const std::vector<double>& t, const std::vector<double>& m, const Fo
     for (const auto& [i, lo, hi] : faint) {
         if (hi - lo < 5 || (hi - lo) * locateShare < most)
             continue;
-        const double perPair = folds.sum(lo, hi, t[i]) / static_cast<double>(hi - lo);
+        const std::vector<std::size_t> used = folds.reflected(lo, hi, {t[i]});
+        if (used.size() < 5)
+            continue;
+        const double perPair = folds.sum(used, t[i]) / static_cast<double>(used.size());
         if (perPair < best) {
             best = perPair;
             *centre = t[i];
@@ -468,7 +512,8 @@ DeegKweeResult DeegKwee(const double* tIn, const double* mIn, int n, const DeegK
     r.measuredNoise = DeegLocalNoise(t, m);
     const double sigma = params.noise > 0 ? params.noise : r.measuredNoise;
 
-    const Folds folds(t, m, params.folds, params.fraction);
+    const double gap = gapSpacings * spacing;
+    const Folds folds(t, m, params.folds, params.fraction, gap);
     const int half = folds.half();
 
     // Where: the most symmetric point of the faint half of the dip.
@@ -552,7 +597,7 @@ DeegKweeResult DeegKwee(const double* tIn, const double* mIn, int n, const DeegK
 
     // The noise that S sees at the time found, each term over its own expected variance.
     double sAt = 0, expected = 0;
-    for (std::size_t i = fit.lo; i < fit.hi; ++i) {
+    for (const std::size_t i : fit.used) {
         double w = 0;
         const double d = m[i] - interpolate(t, m, 2 * vertex - t[i], &w);
         sAt += d * d;
@@ -560,12 +605,12 @@ DeegKweeResult DeegKwee(const double* tIn, const double* mIn, int n, const DeegK
     }
     r.noiseAtMinimum = expected > 0 ? std::sqrt(sAt / expected) : 0;
 
-    // Where the reflected curve misses by more than the noise (an asymmetric dip, a chord across
-    // a gap), the miss moves the time as noise does, and the error takes the larger of the two.
+    // Where the reflected curve misses by more than the noise (an asymmetric dip), the miss
+    // moves the time as noise does, and the error takes the larger of the two.
     r.noise = std::max(sigma, r.noiseAtMinimum);
     r.error = 2 * r.noise / std::sqrt(r.curvature);
     // Noise correlated over a few points moves the time more than its size says.
-    r.redNoiseFactor = redNoiseFactor(t, m, fit.lo, fit.hi, vertex, r.noise, spacing);
+    r.redNoiseFactor = redNoiseFactor(t, m, fit.lo, fit.hi, vertex, r.noise, spacing, gap);
     r.error *= r.redNoiseFactor;
     return r;
 }

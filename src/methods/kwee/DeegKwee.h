@@ -13,7 +13,12 @@
 //     S(T) = sum_i (m_i - L(2T - t_i))^2.
 // The set of points is fixed for all folds of one evaluation: w = f d - 2D, with d the distance
 // from T_c to the nearer end of the range, f the fraction used (1 by default) and D the distance
-// of the outer folds from the centre, so every reflection falls on the data.
+// of the outer folds from the centre, so every reflection falls on the data. A point whose
+// reflection about any of the folds falls between two observations more than 8 median spacings
+// apart (across a gap) is left out of them all: L there is the straight line across the gap,
+// which cuts the curved branch, and its miss, the same whatever the noise, pulled the time off
+// by several errors on long curves with a gap. The red-noise factor leaves such differences out
+// too.
 //
 // Folds. S is evaluated at F trial times T_c + j h, j = -(F-1)/2 .. (F-1)/2 (F odd, 5 by
 // default), and S = a j^2 + b j + c is fitted by least squares; its vertex T_c - h b / (2a) is
@@ -42,7 +47,7 @@
 // 1.4826 times their median absolute value and divided by sqrt(0.97334) for the clipping. A
 // caller who knows the photometric error may give it instead. S at the minimum gives a second
 // measure, sigma_S^2 = S(T0) / sum_i (1 + w_i^2 + (1 - w_i)^2), which is larger where the
-// reflected curve misses (an asymmetric dip, a chord across a gap); the error uses the larger.
+// reflected curve misses (an asymmetric dip); the error uses the larger.
 //
 // Red noise. Noise correlated over a few neighbouring points moves the time more than its size
 // says. The differences d_i at the time found are contrasts of the noise at a point and its
