@@ -173,7 +173,7 @@ struct BootstrapResult {
     // The bootstrap ran, and no correlated covariance was found for the noise (none was sought
     // where it was given), on a curve too short to tell: slow noise there is mostly taken up by the fit and the time,
     // and what is left looks white or nearly so. On simulated curves of fewer points with correlated noise that was not
-    // found, the true errors were 1.4 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.3 times.
+    // found, the true errors were 1.3 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.1 times.
     bool unmodelledOnFewPoints() const
     {
         return problem.isEmpty() && !noiseGiven && !modelled() && points < fewPointsForTheNoise;

@@ -113,7 +113,7 @@ CellText describeNoise(const BootstrapResult& b)
         d.text += QStringLiteral(" (few points)");
         d.tip += QStringLiteral(" The noise was judged on %1 points, too few to see slow noise: on simulated curves "
                                 "of fewer than %2 points with correlated noise that was not found, the true errors "
-                                "were 1.4 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.3 times.")
+                                "were 1.3 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.1 times.")
                      .arg(b.points)
                      .arg(BootstrapResult::fewPointsForTheNoise);
         // Taken as correlated (ticked, or by the baseline), that did what it could: too few

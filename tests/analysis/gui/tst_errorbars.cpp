@@ -256,7 +256,7 @@ private Q_SLOTS:
         QVERIFY2(text.endsWith(QLatin1String(" (few points)")) != correlated, qPrintable(text));
         QCOMPARE(text.startsWith(QLatin1String("correlated, tau ")), correlated);
         QCOMPARE(tip.contains(QLatin1String("The noise was judged on 60 points")), !correlated);
-        QCOMPARE(tip.contains(QLatin1String("1.4 to 2.3 times the bootstrap's")), !correlated);
+        QCOMPARE(tip.contains(QLatin1String("1.3 to 2.3 times the bootstrap's")), !correlated);
         QCOMPARE(tip.contains(QLatin1String("tick \"Correlated noise\" and start again")), !correlated);
     }
 
