@@ -265,13 +265,7 @@ private Q_SLOTS:
     void theChordsAdviseTheErrorWithTheShift()
     {
         QFETCH(int, row);
-        const CurveData c = gaussianCurve(0.01, 5);
-        const MethodRequest request = requestFor(row);
-        const MethodResult fitted = MethodOfRow(row).compute(c.view(), request);
-        MethodBootstrapOptions o;
-        o.replicates = 60;
-        o.threads = 1;
-        const BootstrapResult b = BootstrapMethod(row, c.view(), request, fitted, o);
+        const auto [fitted, b] = fitAndBootstrap(row, gaussianCurve(0.01, 5), requestFor(row), 60);
         QVERIFY(b.valid());
         const double shift = b.mean - fitted.time;
         QVERIFY(shift != 0);
