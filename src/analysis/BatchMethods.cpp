@@ -81,7 +81,8 @@ MethodOutcome runBatchMethod(const BatchWindow& window, int method, const BatchB
     out.time = r.time;
     out.error = std::abs(r.error);
     out.points = method == SlidingRow ? r.slideN : c.points;
-    double errorWithShift = std::numeric_limits<double>::quiet_NaN();
+    // The error to believe (for the chords with the replicates' shift), for the caution.
+    double advised = std::numeric_limits<double>::quiet_NaN();
     if (bootstrap.replicates > 0) {
         MethodBootstrapOptions options;
         options.replicates = bootstrap.replicates;
@@ -91,16 +92,16 @@ MethodOutcome runBatchMethod(const BatchWindow& window, int method, const BatchB
         const BootstrapResult b = BootstrapMethod(method, curve, c.request, r, options);
         if (b.valid()) {
             out.bootstrapError = b.error;
-            errorWithShift = b.errorWithShift(r.time);
+            advised = AdvisedBootstrapError(method, b, r.time);
         } else if (!b.problem.isEmpty())
             out.bootstrapNote = b.problem;
         else
             out.bootstrapNote = QStringLiteral("%1 of %2 resamples gave a time").arg(b.successes).arg(b.requested);
     }
     if (method == ChordsRow)
-        out.caution = chordGapsText(FindChordGaps(curve.t, curve.m, curve.n, c.request.first, c.request.last,
-                                                  c.request.first2, c.request.last2),
-                                    errorWithShift);
+        out.caution = chordsCautionText(FindChordGaps(curve.t, curve.m, curve.n, c.request.first, c.request.last,
+                                                      c.request.first2, c.request.last2),
+                                        advised);
     return out;
 }
 

@@ -152,8 +152,8 @@ struct BootstrapResult {
     double noiseRms = 0;          // of the residuals of all the used points (with a noise centre)
     int points = 0;               // the used points the noise was judged on
     bool correlatedNoise = false; // the noise was taken as correlated (BootstrapSetup::correlatedNoise)
-    bool correlatedByBaseline =
-        false;               // because the baseline beside the dip showed it, not the observer (MethodBootstrap)
+    // Because the baseline beside the dip showed it, not the observer (MethodBootstrap).
+    bool correlatedByBaseline = false;
     bool noiseGiven = false; // the noise's covariance was given (BootstrapSetup::knownNoise), not measured
 
     bool valid() const { return problem.isEmpty() && successes >= 2; }
@@ -171,9 +171,10 @@ struct BootstrapResult {
     }
     bool modelled() const { return noiseCovariance.correlated(); }
     // The bootstrap ran, and no correlated covariance was found for the noise (none was sought
-    // where it was given), on a curve too short to tell: slow noise there is mostly taken up by the fit and the time,
-    // and what is left looks white or nearly so. On simulated curves of fewer points with correlated noise that was not
-    // found, the true errors were 1.3 to 2.3 times the bootstrap's; with white noise, 0.8 to 1.1 times.
+    // where it was given), on a curve too short to tell: slow noise there is mostly taken up by
+    // the fit and the time, and what is left looks white or nearly so. On simulated curves of
+    // fewer points with correlated noise that was not found, the true errors were 1.3 to 2.3
+    // times the bootstrap's; with white noise, 0.8 to 1.1 times.
     bool unmodelledOnFewPoints() const
     {
         return problem.isEmpty() && !noiseGiven && !modelled() && points < fewPointsForTheNoise;

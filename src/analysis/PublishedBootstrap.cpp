@@ -180,19 +180,19 @@ QString replicatesText(const BootstrapResult& b)
     return QStringLiteral("%1 of %2, %3 failed").arg(b.successes).arg(b.requested).arg(b.failures);
 }
 
-QString chordGapsText(const ChordGaps& gaps, double errorWithShift)
+QString chordsCautionText(const ChordGaps& gaps, double advisedError)
 {
     QStringList parts;
     if (gaps.any())
         parts << QStringLiteral("%1 of %2 chords across a gap").arg(gaps.acrossAGap).arg(gaps.chords);
-    if (std::isfinite(errorWithShift))
-        parts << QStringLiteral("error with the shift ") + errorBarText(errorWithShift);
+    if (std::isfinite(advisedError))
+        parts << QStringLiteral("error with the shift ") + errorBarText(advisedError);
     return parts.join(QStringLiteral("; "));
 }
 
-QString chordGapsText(const PublishedRowErrors& row)
+QString chordsCautionText(const PublishedRowErrors& row)
 {
-    return row.chordGaps ? chordGapsText(*row.chordGaps, row.advisedError()) : QString();
+    return row.chordGaps ? chordsCautionText(*row.chordGaps, row.advisedError()) : QString();
 }
 
 double PublishedRowErrors::advisedError() const

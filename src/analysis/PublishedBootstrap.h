@@ -102,9 +102,9 @@ WeightedMean BootstrapWeightedMean(const std::vector<PublishedRowErrors>& rows);
 QString errorBarText(double error);
 QString signedErrorBarText(double offset);
 QString replicatesText(const BootstrapResult& b);
-QString chordGapsText(const ChordGaps& gaps, double errorWithShift = std::numeric_limits<double>::quiet_NaN());
+QString chordsCautionText(const ChordGaps& gaps, double advisedError);
 // The caution of a published row of the chords: its chords across a gap and the error that counts
 // their bias; empty for the other rows.
-QString chordGapsText(const PublishedRowErrors& row);
+QString chordsCautionText(const PublishedRowErrors& row);
 
 } // namespace dip

@@ -145,7 +145,7 @@ public:
         }
         // A bias the errors above leave out.
         for (const PublishedRowErrors& r : m_errors->rows) {
-            const QString caution = chordGapsText(r);
+            const QString caution = chordsCautionText(r);
             if (!caution.isEmpty())
                 t += QStringLiteral("%1%2\n").arg(QStringLiteral("Caution (row %1)").arg(r.row), -30).arg(caution);
         }

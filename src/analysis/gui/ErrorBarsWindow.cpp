@@ -41,7 +41,7 @@ const QString correlatedNoiseAdvice =
                    "the fit and the time take up most of the slow noise, and the test between white and correlated "
                    "noise then often calls it white: the bootstrap's error comes out too small. On simulated "
                    "curves with correlated noise, ticked, every method's error was right (the chords' with the "
-                   "Caution's error where it shows). On white noise it makes the errors up to half as large again "
+                   "Caution's error). On white noise it makes the errors up to half as large again "
                    "as they are.");
 
 // Why a row's noise was taken as correlated without "Correlated noise" ticked.
@@ -129,12 +129,12 @@ CellText describeNoise(const BootstrapResult& b)
 
 // The chords' caution: the chords whose crossing was read across a gap, how many, and the error
 // to believe, with the replicates' shift from the time (AdvisedBootstrapError), and why.
-CellText describeChordGaps(const PublishedRowErrors& r)
+CellText describeChordsCaution(const PublishedRowErrors& r)
 {
     CellText d;
     if (r.row != ChordsRow)
         return d;
-    d.text = chordGapsText(r);
+    d.text = chordsCautionText(r);
     QStringList tip;
     if (r.chordGaps && r.chordGaps->any())
         tip << QStringLiteral("These chords end on a crossing read by a straight line between two points up to %1 "
@@ -382,9 +382,9 @@ void ErrorBarsWindow::showResult(const PublishedErrors& errors)
             const CellText noise = describeNoise(b);
             set(NoiseColumn, noise.text, noise.tip);
         }
-        const CellText gaps = describeChordGaps(r);
-        if (!gaps.text.isEmpty())
-            set(CautionColumn, gaps.text, gaps.tip);
+        const CellText caution = describeChordsCaution(r);
+        if (!caution.text.isEmpty())
+            set(CautionColumn, caution.text, caution.tip);
         if (r.deeg)
             set(DeegColumn, r.deeg->ok() ? errorBarText(r.deeg->error) : deegKweeStatusText(r.deeg->status));
         ++i;

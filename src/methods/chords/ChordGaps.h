@@ -11,6 +11,7 @@
 // bootstrap error (the standard deviation of the pulls), the others by 0.97 times. The
 // replicates' mean does show it (BootstrapResult::errorWithShift): with the shift added, 0.97.
 
+#include "methods/SamplingGap.h"
 #include "runtime/Array.h"
 #include "runtime/Integer.h"
 
@@ -22,9 +23,8 @@ struct ChordGaps {
     double widest = 0;  // the widest pair of points a crossing was read between, in median spacings
     bool any() const { return acrossAGap > 0; }
 
-    // Wider than this many median spacings between two points is a gap: a random sampling
-    // leaves a spacing as wide about once in 250.
-    static constexpr double gapSpacings = 8;
+    // Wider than this many median spacings between two points is a gap.
+    static constexpr double gapSpacings = gapInMedianSpacings;
 };
 
 // The chords of the stretches Idx1..Idx2 and Idx3..Idx4 of the points 1..n, their partners

@@ -2,6 +2,7 @@
 // Copyright (c) the Dipscope developers
 #include "methods/kwee/DeegKwee.h"
 
+#include "methods/SamplingGap.h"
 #include "methods/kwee/NoiseCovariance.h"
 
 #include <algorithm>
@@ -16,15 +17,21 @@ namespace {
 // The slope a difference's drift uses spans a fifteenth of the range's points on each side.
 constexpr std::size_t slopeReachDivisor = 15;
 
-// The linear interpolation of the observations at x, which lies within their times (the end
-// segments are used up to the ends). upper_bound brackets x between t[j] <= x < t[j + 1], so
-// repeated times never give an empty interval inside the data. w is the weight of t[j + 1].
+// The segment t[j] .. t[j + 1] that x is read on (the end segments are used up to the ends).
+// upper_bound brackets x between t[j] <= x < t[j + 1], so repeated times never give an empty
+// interval inside the data.
+std::size_t segmentOf(const std::vector<double>& t, double x)
+{
+    const auto above = std::upper_bound(t.begin(), t.end(), x);
+    const std::size_t j = above == t.begin() ? 0 : static_cast<std::size_t>(above - t.begin()) - 1;
+    return std::min(j, t.size() - 2);
+}
+
+// The linear interpolation of the observations at x, which lies within their times; w is the
+// weight of t[j + 1].
 double interpolate(const std::vector<double>& t, const std::vector<double>& m, double x, double* weight = nullptr)
 {
-    const std::size_t n = t.size();
-    const auto above = std::upper_bound(t.begin(), t.end(), x);
-    std::size_t j = above == t.begin() ? 0 : static_cast<std::size_t>(above - t.begin()) - 1;
-    j = std::min(j, n - 2);
+    const std::size_t j = segmentOf(t, x);
     const double dt = t[j + 1] - t[j];
     const double w = dt > 0 ? (x - t[j]) / dt : 0.5;
     if (weight)
@@ -32,16 +39,11 @@ double interpolate(const std::vector<double>& t, const std::vector<double>& m, d
     return m[j] + (m[j + 1] - m[j]) * w;
 }
 
-// Wider than this many median spacings between two points is a gap (as for the chords: a random
-// sampling leaves a spacing as wide about once in 250).
-constexpr double gapSpacings = 8;
-
-// Whether x falls between two times (the end segments reach the ends) more than gap apart.
+// Whether x is read on a segment longer than gap: the straight line across a gap, which cuts the
+// curved branch, so that a difference read there is the curve's miss, not the noise.
 bool readAcrossAGap(const std::vector<double>& t, double x, double gap)
 {
-    const auto above = std::upper_bound(t.begin(), t.end(), x);
-    std::size_t j = above == t.begin() ? 0 : static_cast<std::size_t>(above - t.begin()) - 1;
-    j = std::min(j, t.size() - 2);
+    const std::size_t j = segmentOf(t, x);
     return t[j + 1] - t[j] > gap;
 }
 
@@ -87,9 +89,7 @@ double redNoiseFactor(const std::vector<double>& t, const std::vector<double>& m
     std::vector<NoiseContrast> branch[2];
     for (std::size_t i = lo; i < hi; ++i) {
         const double x = 2 * T - t[i];
-        const auto above = std::upper_bound(t.begin(), t.end(), x);
-        std::size_t j = above == t.begin() ? 0 : static_cast<std::size_t>(above - t.begin()) - 1;
-        j = std::min(j, n - 2);
+        const std::size_t j = segmentOf(t, x);
         // A point that is its own partner's neighbour differs from nothing.
         if (t[i] == T || j == i || j + 1 == i)
             continue;
@@ -183,11 +183,6 @@ public:
         : m_t(t), m_m(m), m_half(folds / 2), m_fraction(fraction), m_gap(gap)
     {}
 
-    // Whether x falls between two points further apart than a gap: the straight line between
-    // them cuts the curved branch, and a difference read there is the curve's miss, the same
-    // on every noise, not the noise.
-    bool acrossAGap(double x) const { return readAcrossAGap(m_t, x, m_gap); }
-
     // The points lo .. hi - 1 whose reflections about every time of times fall between points.
     std::vector<std::size_t> reflected(std::size_t lo, std::size_t hi, const std::vector<double>& times) const
     {
@@ -195,7 +190,7 @@ public:
         for (std::size_t i = lo; i < hi; ++i) {
             bool ok = true;
             for (const double T : times)
-                ok = ok && !acrossAGap(2 * T - m_t[i]);
+                ok = ok && !readAcrossAGap(m_t, 2 * T - m_t[i], m_gap);
             if (ok)
                 used.push_back(i);
         }
@@ -512,7 +507,7 @@ DeegKweeResult DeegKwee(const double* tIn, const double* mIn, int n, const DeegK
     r.measuredNoise = DeegLocalNoise(t, m);
     const double sigma = params.noise > 0 ? params.noise : r.measuredNoise;
 
-    const double gap = gapSpacings * spacing;
+    const double gap = gapInMedianSpacings * spacing;
     const Folds folds(t, m, params.folds, params.fraction, gap);
     const int half = folds.half();
 
